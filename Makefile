@@ -1,0 +1,39 @@
+# Entry points: `make demo` runs a demo analysis, `make test` builds and runs every test.
+BUILD ?= build
+JOBS ?= 2
+DEB_PACKAGES = g++ cmake make libgtest-dev libgmock-dev libboost-math-dev rapidjson-dev libcli11-dev
+CMAKE_FLAGS ?= -DDC_WERROR=ON
+
+.PHONY: all deps build demo test asan bench clean
+
+all: build
+
+# Installs the Debian packages that are missing (needs root, as on CI).
+deps:
+	@missing=""; for p in $(DEB_PACKAGES); do \
+	  dpkg-query -W -f='$${Status}' $$p 2>/dev/null | grep -q "install ok installed" || missing="$$missing $$p"; \
+	done; \
+	if [ -n "$$missing" ]; then \
+	  echo "Installing:$$missing"; \
+	  apt-get update -qq && DEBIAN_FRONTEND=noninteractive apt-get install -y -qq $$missing >/dev/null; \
+	fi
+
+build: deps
+	cmake -S . -B $(BUILD) $(CMAKE_FLAGS)
+	cmake --build $(BUILD) -j$(JOBS)
+
+demo: build
+	$(BUILD)/bin/distcorr --data examples/study.csv examples/demo.sps
+
+test: build
+	ctest --test-dir $(BUILD) --output-on-failure -j$(JOBS)
+
+# The whole suite under AddressSanitizer, LeakSanitizer and UBSan.
+asan:
+	$(MAKE) test BUILD=build-asan CMAKE_FLAGS="-DDC_WERROR=ON -DDC_SANITIZE=ON -DCMAKE_BUILD_TYPE=Debug"
+
+bench: build
+	bench/run.sh
+
+clean:
+	rm -rf $(BUILD) build-asan

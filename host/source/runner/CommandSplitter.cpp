@@ -1,0 +1,62 @@
+#include "runner/CommandSplitter.h"
+
+#include <cctype>
+
+namespace host {
+namespace {
+
+bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\r'; }
+
+bool onlyBlanksToLineEnd(const std::string& s, std::size_t from) {
+    for (std::size_t i = from; i < s.size() && s[i] != '\n'; ++i)
+        if (!isBlank(s[i])) return false;
+    return true;
+}
+
+bool hasContent(const std::string& s) {
+    for (char c : s)
+        if (!std::isspace(static_cast<unsigned char>(c))) return true;
+    return false;
+}
+
+}  // namespace
+
+std::vector<SyntaxCommand> splitCommands(const std::string& syntax) {
+    std::vector<SyntaxCommand> commands;
+    SyntaxCommand current;
+    int line = 1;
+    char quote = 0;
+    bool started = false;
+
+    auto finish = [&]() {
+        if (hasContent(current.text)) commands.push_back(current);
+        current = SyntaxCommand{};
+        started = false;
+    };
+
+    for (std::size_t i = 0; i < syntax.size(); ++i) {
+        const char c = syntax[i];
+        if (!started && !std::isspace(static_cast<unsigned char>(c))) {
+            started = true;
+            current.firstLine = line;
+            // Drop the blank lines before the command so that its text starts on firstLine.
+            current.text.clear();
+        }
+        if (quote != 0) {
+            if (c == quote) quote = 0;
+            if (c == '\n') quote = 0;  // a string never spans lines; the parser reports it
+        } else if (c == '\'' || c == '"') {
+            quote = c;
+        } else if (c == '.' && onlyBlanksToLineEnd(syntax, i + 1)) {
+            current.text += c;
+            finish();
+            continue;
+        }
+        if (started) current.text += c;
+        if (c == '\n') ++line;
+    }
+    finish();
+    return commands;
+}
+
+}  // namespace host

@@ -1,0 +1,62 @@
+#include "runner/CommandSplitter.h"
+
+#include <gtest/gtest.h>
+
+using host::splitCommands;
+
+TEST(CommandSplitter, PeriodAtLineEndEndsACommand) {
+    auto commands = splitCommands("DISTANCE CORRELATION VARIABLE=a b.\nDISTANCE CORRELATION VARIABLE=c d.\n");
+    ASSERT_EQ(commands.size(), 2u);
+    EXPECT_EQ(commands[0].text, "DISTANCE CORRELATION VARIABLE=a b.");
+    EXPECT_EQ(commands[0].firstLine, 1);
+    EXPECT_EQ(commands[1].text, "DISTANCE CORRELATION VARIABLE=c d.");
+    EXPECT_EQ(commands[1].firstLine, 2);
+}
+
+TEST(CommandSplitter, PeriodInsideALineDoesNotEndTheCommand) {
+    auto commands = splitCommands("X VARIABLE=Solar.R Wind\n  /CRITERIA PERMUTATION(SIGNIFICANCELEVEL=.05).  \n");
+    ASSERT_EQ(commands.size(), 1u);
+    EXPECT_EQ(commands[0].text, "X VARIABLE=Solar.R Wind\n  /CRITERIA PERMUTATION(SIGNIFICANCELEVEL=.05).");
+}
+
+TEST(CommandSplitter, EndOfInputEndsTheLastCommand) {
+    auto commands = splitCommands("X VARIABLE=a b");
+    ASSERT_EQ(commands.size(), 1u);
+    EXPECT_EQ(commands[0].text, "X VARIABLE=a b");
+}
+
+TEST(CommandSplitter, PeriodInsideQuotesDoesNotCount) {
+    auto commands = splitCommands("X /PRINT DISTMATRIX(OUTFILE='out.\n') .\nY.");
+    // The quote is closed by the line end (strings never span lines), so the
+    // command goes on until the period on line 2.
+    ASSERT_EQ(commands.size(), 2u);
+    EXPECT_EQ(commands[0].text, "X /PRINT DISTMATRIX(OUTFILE='out.\n') .");
+    EXPECT_EQ(commands[1].text, "Y.");
+    EXPECT_EQ(commands[1].firstLine, 3);
+
+    auto quoted = splitCommands("X OUTFILE=\"a.\" b.\n");
+    ASSERT_EQ(quoted.size(), 1u);
+    EXPECT_EQ(quoted[0].text, "X OUTFILE=\"a.\" b.");
+}
+
+TEST(CommandSplitter, BlankLinesAreSkippedAndLinesCounted) {
+    auto commands = splitCommands("\n\n   \nX a.\n\n\nY b\n  c.\n");
+    ASSERT_EQ(commands.size(), 2u);
+    EXPECT_EQ(commands[0].firstLine, 4);
+    EXPECT_EQ(commands[0].text, "X a.");
+    EXPECT_EQ(commands[1].firstLine, 7);
+    EXPECT_EQ(commands[1].text, "Y b\n  c.");
+}
+
+TEST(CommandSplitter, CrlfLineEndsWork) {
+    auto commands = splitCommands("X a.\r\nY b.\r\n");
+    ASSERT_EQ(commands.size(), 2u);
+    EXPECT_EQ(commands[0].text, "X a.");
+    EXPECT_EQ(commands[1].text, "Y b.");
+    EXPECT_EQ(commands[1].firstLine, 2);
+}
+
+TEST(CommandSplitter, EmptyInputHasNoCommands) {
+    EXPECT_TRUE(splitCommands("").empty());
+    EXPECT_TRUE(splitCommands(" \n\t\n").empty());
+}

@@ -44,6 +44,7 @@ public:
     // Driver helpers.
     static std::uint64_t calculateMemoryEstimate(std::uint64_t variables, std::uint64_t cases,
                                                  bool permEnabled);
+    static bool exceedsMemoryLimit(std::uint64_t estimatedBytes);
     void fillCommonDataForOutputTable(std::vector<double>& idValues);
     int get_optimal_threads(int requested) const;
 

@@ -31,7 +31,7 @@ int DistanceCorrAlgo::start() {
         const std::uint64_t variables = data.size();
         const std::uint64_t cases = data[0].size();
         // Checked before any matrix is built: every variable needs two N x N matrices.
-        if (calculateMemoryEstimate(variables, cases, permEnabled) > kMemoryLimitBytes) {
+        if (exceedsMemoryLimit(calculateMemoryEstimate(variables, cases, permEnabled))) {
             message_.GenericWarning("Insufficient memory for Distance Correlation.");
             return 1;
         }
@@ -70,6 +70,10 @@ std::uint64_t DistanceCorrAlgo::calculateMemoryEstimate(std::uint64_t variables,
         extra = (cases * 2 * cases * 8) * static_cast<std::uint64_t>(std::max(workers, 0));
     }
     return base + extra;
+}
+
+bool DistanceCorrAlgo::exceedsMemoryLimit(std::uint64_t estimatedBytes) {
+    return estimatedBytes > kMemoryLimitBytes;
 }
 
 void DistanceCorrAlgo::fillCommonDataForOutputTable(std::vector<double>& idValues) {

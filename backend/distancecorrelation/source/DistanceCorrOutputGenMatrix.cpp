@@ -1,7 +1,6 @@
 // The distance matrix tables, one per variable named on CONFIGURE.
 #include <cmath>
 #include <cstdint>
-#include <limits>
 #include <memory>
 #include <new>
 #include <string>

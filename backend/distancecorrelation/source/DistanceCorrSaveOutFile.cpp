@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <locale>
 #include <map>
+#include <cmath>
 #include <sstream>
 
 #include "ErrorText.h"
@@ -214,7 +215,7 @@ DistanceCorrSaveOutFile::WriterState DistanceCorrSaveOutFile::AddDataToFile() {
                             const std::size_t filled =
                                 std::min({n, distances.size(), distanceColumns});
                             for (std::size_t j = 0; j < filled; ++j) {
-                                dataCase.SetColumnValue(static_cast<int>(j + 1), distances[j]);
+                                dataCase.SetColumnValue(static_cast<int>(j + 1), std::round(distances[j] * 1000) / 1000);
                             }
                             store->AddCase(dataCase);
                         }

@@ -12,7 +12,8 @@ struct SyntaxCommand {
 
 // Splits syntax text into commands. A command ends with a period that is the
 // last non-blank character of its line, or at the end of the text; periods
-// inside quoted strings do not count. Commands that are empty are dropped.
+// inside quoted strings do not count. Empty commands and comments ("* ..."
+// or "COMMENT ...") are dropped.
 std::vector<SyntaxCommand> splitCommands(const std::string& syntax);
 
 }  // namespace host

@@ -19,6 +19,17 @@ bool hasContent(const std::string& s) {
     return false;
 }
 
+// "* text." and "COMMENT text." are comments, not commands.
+bool isComment(const std::string& s) {
+    if (!s.empty() && s[0] == '*') return true;
+    std::string word;
+    for (char c : s) {
+        if (std::isspace(static_cast<unsigned char>(c)) || c == '.') break;
+        word += static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+    }
+    return word == "COMMENT";
+}
+
 }  // namespace
 
 std::vector<SyntaxCommand> splitCommands(const std::string& syntax) {
@@ -29,7 +40,7 @@ std::vector<SyntaxCommand> splitCommands(const std::string& syntax) {
     bool started = false;
 
     auto finish = [&]() {
-        if (hasContent(current.text)) commands.push_back(current);
+        if (hasContent(current.text) && !isComment(current.text)) commands.push_back(current);
         current = SyntaxCommand{};
         started = false;
     };

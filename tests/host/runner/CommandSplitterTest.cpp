@@ -60,3 +60,10 @@ TEST(CommandSplitter, EmptyInputHasNoCommands) {
     EXPECT_TRUE(splitCommands("").empty());
     EXPECT_TRUE(splitCommands(" \n\t\n").empty());
 }
+
+TEST(CommandSplitter, CommentsAreDropped) {
+    auto commands = splitCommands("* A comment line.\nCOMMENT another one.\ncomment lower case.\nX a.\n");
+    ASSERT_EQ(commands.size(), 1u);
+    EXPECT_EQ(commands[0].text, "X a.");
+    EXPECT_EQ(commands[0].firstLine, 4);
+}

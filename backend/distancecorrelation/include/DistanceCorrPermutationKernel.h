@@ -1,0 +1,91 @@
+#pragma once
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <vector>
+
+// The permuted distance correlation of one variable pair in O(n log n) per
+// permutation instead of rebuilding and centring an n x n matrix.
+//
+// With a_ij = |x_i - x_j| and b_ij = |y_i - y_j| the sum of the products of
+// the two double-centred matrices is
+//     S1 - 2 S2 / n + S3 / n^2,
+//     S1 = sum_ij a_ij b_ij,  S2 = sum_i a_i. b_i.,  S3 = a.. b..
+// Row sums come from one sort and prefix sums; under a permutation the row
+// sums of y move with y, so S2 is a dot product and S3 does not change.
+// S1 is swept in x order with Fenwick trees over the ranks of y. The sum of
+// squares of the centred y matrix does not depend on the permutation either.
+// Sums are kept in long double around a central value, so that the result
+// stays within about 1e-15 of the matrix recipe.
+//
+// The kernel declines (usable() is false) where it cannot promise the matrix
+// recipe's answer: non-finite or huge values, or a distance variance at the
+// 1e-8 zero threshold itself. The caller then uses the matrix recipe.
+class DistanceCorrPermutationKernel {
+public:
+    struct Statistic {
+        double value;
+        bool exact;  // bit for bit the matrix recipe's value
+    };
+
+    // A variance this small makes the statistic 0.
+    static constexpr double kZeroVariance = 1e-8;
+    // Statistics closer than this to each other or to the observed value are
+    // recomputed by the matrix recipe before they are compared.
+    static constexpr double kTieTolerance = 1e-9;
+    // Values beyond this size could overflow the matrix recipe's sums.
+    static constexpr double kLargestValue = 1e100;
+
+    // fixedColumn is the variable held in place, shuffledColumn the one that
+    // is permuted; both in case order and of equal length.
+    DistanceCorrPermutationKernel(const std::vector<double>& fixedColumn,
+                                  const std::vector<double>& shuffledColumn);
+
+    bool usable() const { return usable_; }
+    std::size_t size() const { return n_; }
+
+    // Statistic of the fixed column against the shuffled column permuted by
+    // index: case u takes the shuffled value of case index[u].
+    Statistic evaluate(const std::vector<std::size_t>& index);
+
+    // Makes the comparisons of the p-value count (stat >= observed) and of the
+    // two selections of the percentile interval come out as they would on the
+    // matrix recipe's values: every inexact statistic that some comparison
+    // finds within tolerance of its counterpart is replaced by literal(t),
+    // its matrix recipe value, until no such comparison remains. The
+    // selections are replayed exactly as the interval computes them: the
+    // element at lowIndex over the whole vector, then the one at highIndex
+    // over [lowIndex, end). Returns the number of literal evaluations.
+    static std::size_t settleTies(std::vector<double>& stats, std::vector<char>& exact, double observed,
+                                  std::size_t lowIndex, std::size_t highIndex, double tolerance,
+                                  const std::function<double(std::size_t)>& literal);
+
+private:
+    // Fenwick tree node over the ranks of y: count and the sums of x, y, x*y.
+    struct Node {
+        long double count = 0;
+        long double x = 0;
+        long double y = 0;
+        long double xy = 0;
+    };
+
+    // Row sums of the distance matrix of values given in ascending order.
+    static std::vector<long double> sortedRowSums(const std::vector<long double>& sorted);
+    // n^2 times the distance variance, from ascending values and row sums.
+    static long double centredSumOfSquares(const std::vector<long double>& sorted,
+                                           const std::vector<long double>& rowSums);
+
+    std::size_t n_ = 0;
+    bool usable_ = true;
+    bool zeroStatistic_ = false;
+
+    std::vector<std::size_t> xOrder_;       // cases in ascending x
+    std::vector<long double> xSorted_;      // x in that order, centred
+    std::vector<long double> xRowSums_;     // a_i. in case order
+    std::vector<std::uint32_t> yRank_;      // 1-based dense rank of y, case order
+    std::vector<long double> yCentred_;     // y in case order, centred
+    std::vector<long double> yRowSums_;     // b_i. in case order
+    long double s3_ = 0;                    // a.. b..
+    long double normaliser_ = 0;            // sqrt of both centred sums of squares
+    std::vector<Node> tree_;
+};

@@ -1,0 +1,199 @@
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <numeric>
+#include <random>
+#include <stdexcept>
+#include <utility>
+
+#include "DistanceCorrAlgo.h"
+
+namespace {
+
+// The seed and the iteration count arrive as non-negative numbers; truncate
+// them, saturating outside the unsigned 64-bit range (NaN counts as 0).
+std::uint64_t truncateToUnsigned(double value) {
+    if (!(value > 0.0)) return 0;
+    if (value >= 18446744073709551616.0) return std::numeric_limits<std::uint64_t>::max();
+    return static_cast<std::uint64_t>(value);
+}
+
+// Truncates a position in [0, size - 1]; only an out-of-range significance
+// level could push it outside.
+std::size_t truncateToIndex(double position, std::size_t size) {
+    if (!(position > 0.0)) return 0;
+    if (position >= static_cast<double>(size - 1)) return size - 1;
+    return static_cast<std::size_t>(position);
+}
+
+void sizeSquare(DistanceCorrAlgo::Matrix& matrix, std::size_t n) {
+    if (matrix.size() != n) matrix.resize(n);
+    for (auto& row : matrix) {
+        if (row.size() != n) row.resize(n);
+    }
+}
+
+}  // namespace
+
+void DistanceCorrAlgo::permutationTest(const Matrix& data, const std::vector<double>& observed,
+                                       const std::vector<Matrix>& centered) {
+    const auto& criteria = settings_.criteriaSettings();
+    const std::uint64_t iterations = truncateToUnsigned(criteria.get_permMaxIterations());
+    const std::uint64_t p = data.size();
+    const std::size_t n = data.empty() ? 0 : data[0].size();
+    const std::uint64_t pairs = p * (p - 1) / 2;
+    const std::uint64_t seed = truncateToUnsigned(criteria.get_permSeed());
+
+    if (observed.size() != pairs || results_.size() != pairs) {
+        throw std::runtime_error("Size mismatch in permutation test");
+    }
+    bool consistent = pairs == 0 || centered.size() == p;
+    for (const auto& column : data) consistent = consistent && column.size() == n;
+    if (!consistent) throw std::runtime_error("Size mismatch in permutation test");
+    if (pairs > 0 && iterations > 0 && n == 0) throw std::runtime_error("Insufficient data points");
+
+    std::mt19937 engine(static_cast<std::uint32_t>(seed & 0xFFFFFFFFULL));
+
+    // One worker: all pairs run in order on the calling thread, so drawing
+    // each number when it is used consumes the stream in the same order as
+    // drawing all pairs' N * (n - 1) numbers up front, without holding them.
+    ThreadBuffers buffers;
+    buffers.distanceMatrix.assign(n, std::vector<double>(n, 0.0));
+    buffers.rowMeans.assign(n, 0.0);
+    buffers.colMeans.assign(n, 0.0);
+    buffers.centeredMatrix.assign(n, std::vector<double>(n, 0.0));
+    std::vector<std::size_t> index(n);
+    std::vector<double> permuted(n);
+    std::vector<double> statistics(iterations);
+
+    for (std::uint64_t k = 0; k < pairs; ++k) {
+        std::uint64_t i = 0;
+        std::uint64_t j = 0;
+        triangularIndex(k, i, j, p);
+        // Variable i stays fixed; variable j is shuffled.
+        for (std::uint64_t t = 0; t < iterations; ++t) {
+            std::iota(index.begin(), index.end(), std::size_t{0});
+            // Fisher-Yates from the back with a plain remainder (no rejection
+            // of biased draws), so that a seed always gives the same shuffle.
+            for (std::size_t s = 0; s + 1 < n; ++s) {
+                const std::size_t m = n - 1 - s;
+                const auto r = static_cast<std::uint32_t>(engine());
+                const std::size_t q = r % (m + 1);
+                std::swap(index[m], index[q]);
+            }
+            for (std::size_t u = 0; u < n; ++u) permuted[u] = data[j][index[u]];
+            statistics[t] = computeDistanceCorrelation(centered[i], permuted, buffers.distanceMatrix,
+                                                       buffers.rowMeans, buffers.colMeans,
+                                                       buffers.centeredMatrix);
+        }
+        std::pair<double, double> interval(0.0, 0.0);
+        const double pValue = computeConfidenceIntervalandPValue(observed[k], statistics, interval);
+        results_[k].pValue = roundToPrecision(pValue, 4);
+        results_[k].permLower = roundToPrecision(interval.first, 4);
+        results_[k].permUpper = roundToPrecision(interval.second, 4);
+    }
+}
+
+double DistanceCorrAlgo::computeDistanceCorrelation(const Matrix& centeredX, const std::vector<double>& y,
+                                                    Matrix& distance, std::vector<double>& rowMeans,
+                                                    std::vector<double>& colMeans, Matrix& centeredY) const {
+    const std::size_t n = y.size();
+    if (n == 0) throw std::runtime_error("Insufficient data points");
+    if (centeredX.size() != n) throw std::runtime_error("Matrix dimension mismatch");
+    for (const auto& row : centeredX) {
+        if (row.size() != n) throw std::runtime_error("Matrix dimension mismatch");
+    }
+    // The buffers normally arrive sized; these calls then do nothing.
+    sizeSquare(distance, n);
+    sizeSquare(centeredY, n);
+    if (rowMeans.size() != n) rowMeans.resize(n);
+    if (colMeans.size() != n) colMeans.resize(n);
+
+    for (std::size_t i = 0; i < n; ++i) {
+        distance[i][i] = 0.0;
+        for (std::size_t j = i + 1; j < n; ++j) {
+            const double d = std::abs(y[i] - y[j]);
+            distance[i][j] = d;
+            distance[j][i] = d;
+        }
+    }
+
+    std::fill(colMeans.begin(), colMeans.end(), 0.0);
+    double total = 0.0;
+    for (std::size_t i = 0; i < n; ++i) {
+        double rowSum = 0.0;
+        for (std::size_t j = 0; j < n; ++j) {
+            rowSum += distance[i][j];
+            colMeans[j] += distance[i][j];
+        }
+        rowMeans[i] = rowSum / static_cast<double>(n);
+        total += rowSum;
+    }
+    const double cells = static_cast<double>(n * n);
+    const double grandMean = total / cells;
+    for (std::size_t j = 0; j < n; ++j) colMeans[j] /= static_cast<double>(n);
+
+    for (std::size_t i = 0; i < n; ++i) {
+        for (std::size_t j = 0; j < n; ++j) {
+            centeredY[i][j] = distance[i][j] - rowMeans[i] - colMeans[j] + grandMean;
+        }
+    }
+
+    double sumAA = 0.0;
+    double sumBB = 0.0;
+    double sumAB = 0.0;
+    for (std::size_t i = 0; i < n; ++i) {
+        for (std::size_t j = 0; j < n; ++j) {
+            const double a = centeredX[i][j];
+            const double b = centeredY[i][j];
+            sumAA += a * a;
+            sumBB += b * b;
+            sumAB += a * b;
+        }
+    }
+
+    const double dVarX = sumAA / cells;
+    const double dVarY = sumBB / cells;
+    // Here a variance of exactly EPSILON already counts as zero.
+    if (dVarX <= EPSILON || dVarY <= EPSILON) return 0.0;
+    const double r = (sumAB / cells) / std::sqrt(dVarX * dVarY);
+    return std::max(0.0, std::min(1.0, r));
+}
+
+double DistanceCorrAlgo::computeConfidenceIntervalandPValue(double observed, std::vector<double>& permStats,
+                                                            std::pair<double, double>& interval) const {
+    if (permStats.empty()) return 0.0;
+    const double alpha = settings_.criteriaSettings().get_permSigLevel();
+    const std::size_t count = permStats.size();
+    const std::size_t lowIndex = truncateToIndex(alpha / 2 * static_cast<double>(count - 1), count);
+    const std::size_t highIndex =
+        std::max(lowIndex, truncateToIndex((1 - alpha / 2) * static_cast<double>(count - 1), count));
+
+    // Two linear-time selections instead of a sort; the percentile then
+    // interpolates on the partially ordered vector.
+    const auto first = permStats.begin();
+    std::nth_element(first, first + static_cast<std::ptrdiff_t>(lowIndex), permStats.end());
+    interval.first = calculatePercentile(permStats, 100 * alpha / 2, lowIndex);
+    std::nth_element(first + static_cast<std::ptrdiff_t>(lowIndex), first + static_cast<std::ptrdiff_t>(highIndex),
+                     permStats.end());
+    interval.second = calculatePercentile(permStats, (1 - alpha / 2) * 100, highIndex);
+
+    std::size_t atLeastObserved = 0;
+    for (double s : permStats) {
+        if (s >= observed) ++atLeastObserved;  // NaN never counts
+    }
+    // No +1 smoothing: the p-value can be exactly 0.
+    return static_cast<double>(atLeastObserved) / static_cast<double>(count);
+}
+
+double DistanceCorrAlgo::calculatePercentile(const std::vector<double>& values, double percent,
+                                             std::size_t index) const {
+    if (values.empty()) return 0.0;
+    if (values.size() == 1) return values[0];
+    const std::size_t last = values.size() - 1;
+    const double position = percent / 100 * static_cast<double>(last);
+    const std::size_t k = index == kDerivePosition ? truncateToIndex(position, values.size())
+                                                   : std::min(index, last);
+    if (position == static_cast<double>(k) || k == last) return values[k];
+    return values[k] + (position - static_cast<double>(k)) * (values[k + 1] - values[k]);
+}

@@ -1,0 +1,234 @@
+#include "DistanceCorrPermutationKernel.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+#include <stdexcept>
+#include <utility>
+
+namespace {
+
+bool withinRange(const std::vector<double>& values) {
+    for (double v : values) {
+        if (!std::isfinite(v) || std::fabs(v) > DistanceCorrPermutationKernel::kLargestValue) return false;
+    }
+    return true;
+}
+
+// Cases in ascending order of their values.
+std::vector<std::size_t> ascendingOrder(const std::vector<double>& values) {
+    std::vector<std::size_t> order(values.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    std::sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) { return values[a] < values[b]; });
+    return order;
+}
+
+// The values in the given order, less their mean: the sums of products stay
+// small relative to the distances they stand for.
+std::vector<long double> centredInOrder(const std::vector<double>& values, const std::vector<std::size_t>& order) {
+    long double mean = 0;
+    for (double v : values) mean += v;
+    mean /= static_cast<long double>(values.size());
+    std::vector<long double> out(values.size());
+    for (std::size_t k = 0; k < order.size(); ++k) out[k] = static_cast<long double>(values[order[k]]) - mean;
+    return out;
+}
+
+enum class VarianceClass { Zero, Positive, Undecided };
+
+// The matrix recipe's rounding moves a variance by far less than this band.
+VarianceClass classify(long double variance) {
+    constexpr long double band = 1e-6L;
+    const long double limit = DistanceCorrPermutationKernel::kZeroVariance;
+    if (variance > limit * (1 + band)) return VarianceClass::Positive;
+    if (variance < limit * (1 - band)) return VarianceClass::Zero;
+    return VarianceClass::Undecided;
+}
+
+}  // namespace
+
+DistanceCorrPermutationKernel::DistanceCorrPermutationKernel(const std::vector<double>& fixedColumn,
+                                                             const std::vector<double>& shuffledColumn)
+    : n_(fixedColumn.size()) {
+    if (shuffledColumn.size() != n_) throw std::invalid_argument("Columns of different length");
+    usable_ = withinRange(fixedColumn) && withinRange(shuffledColumn);
+    if (!usable_ || n_ == 0) return;
+
+    xOrder_ = ascendingOrder(fixedColumn);
+    xSorted_ = centredInOrder(fixedColumn, xOrder_);
+    const std::vector<long double> xSortedRows = sortedRowSums(xSorted_);
+    xRowSums_.resize(n_);
+    for (std::size_t k = 0; k < n_; ++k) xRowSums_[xOrder_[k]] = xSortedRows[k];
+
+    const std::vector<std::size_t> yOrder = ascendingOrder(shuffledColumn);
+    const std::vector<long double> ySorted = centredInOrder(shuffledColumn, yOrder);
+    const std::vector<long double> ySortedRows = sortedRowSums(ySorted);
+    yRank_.resize(n_);
+    yCentred_.resize(n_);
+    yRowSums_.resize(n_);
+    std::uint32_t rank = 0;
+    for (std::size_t k = 0; k < n_; ++k) {
+        // Equal values share a rank: their distance is zero whichever side they fall.
+        if (k == 0 || shuffledColumn[yOrder[k]] != shuffledColumn[yOrder[k - 1]]) ++rank;
+        const std::size_t c = yOrder[k];
+        yRank_[c] = rank;
+        yCentred_[c] = ySorted[k];
+        yRowSums_[c] = ySortedRows[k];
+    }
+    tree_.resize(static_cast<std::size_t>(rank) + 1);
+
+    const long double xTotal = std::accumulate(xSortedRows.begin(), xSortedRows.end(), 0.0L);
+    const long double yTotal = std::accumulate(ySortedRows.begin(), ySortedRows.end(), 0.0L);
+    s3_ = xTotal * yTotal;
+
+    const long double cells = static_cast<long double>(n_) * static_cast<long double>(n_);
+    const long double xSquares = centredSumOfSquares(xSorted_, xSortedRows);
+    const long double ySquares = centredSumOfSquares(ySorted, ySortedRows);
+    const VarianceClass xClass = classify(xSquares / cells);
+    const VarianceClass yClass = classify(ySquares / cells);
+    if (xClass == VarianceClass::Undecided || yClass == VarianceClass::Undecided) {
+        usable_ = false;
+        return;
+    }
+    zeroStatistic_ = xClass == VarianceClass::Zero || yClass == VarianceClass::Zero;
+    normaliser_ = std::sqrt(xSquares * ySquares);
+}
+
+std::vector<long double> DistanceCorrPermutationKernel::sortedRowSums(const std::vector<long double>& sorted) {
+    const std::size_t n = sorted.size();
+    const long double total = std::accumulate(sorted.begin(), sorted.end(), 0.0L);
+    std::vector<long double> rows(n);
+    long double below = 0;  // sum of the values before position k
+    for (std::size_t k = 0; k < n; ++k) {
+        const long double v = sorted[k];
+        const long double above = total - below - v;
+        rows[k] = (static_cast<long double>(k) * v - below) +
+                  (above - static_cast<long double>(n - 1 - k) * v);
+        below += v;
+    }
+    return rows;
+}
+
+long double DistanceCorrPermutationKernel::centredSumOfSquares(const std::vector<long double>& sorted,
+                                                               const std::vector<long double>& rowSums) {
+    const long double n = static_cast<long double>(sorted.size());
+    long double mean = 0;
+    for (long double v : sorted) mean += v;
+    mean /= n;
+    // sum_ij (v_i - v_j)^2 = 2 n sum_i (v_i - mean)^2
+    long double deviations = 0;
+    for (long double v : sorted) deviations += (v - mean) * (v - mean);
+    long double rowSquares = 0;
+    long double total = 0;
+    for (long double r : rowSums) {
+        rowSquares += r * r;
+        total += r;
+    }
+    return 2 * n * deviations - 2 * rowSquares / n + total * total / (n * n);
+}
+
+DistanceCorrPermutationKernel::Statistic DistanceCorrPermutationKernel::evaluate(
+    const std::vector<std::size_t>& index) {
+    if (n_ == 0) throw std::runtime_error("Insufficient data points");
+    if (!usable_) throw std::logic_error("The permutation kernel is not usable for these data");
+    if (index.size() != n_) throw std::invalid_argument("Permutation of a different length");
+    if (zeroStatistic_) return {0.0, true};
+
+    std::fill(tree_.begin(), tree_.end(), Node{});
+    const std::size_t top = tree_.size() - 1;
+    Node total;
+    long double halfS1 = 0;  // sum over pairs before/after in x order
+    for (std::size_t k = 0; k < n_; ++k) {
+        const std::size_t source = index[xOrder_[k]];
+        if (source >= n_) throw std::out_of_range("Permutation entry out of range");
+        const std::uint32_t rank = yRank_[source];
+        const long double xk = xSorted_[k];
+        const long double yk = yCentred_[source];
+
+        // Earlier cases with y at or below yk count +1, the others -1.
+        Node below;
+        for (std::size_t i = rank; i > 0; i &= i - 1) {
+            const Node& node = tree_[i];
+            below.count += node.count;
+            below.x += node.x;
+            below.y += node.y;
+            below.xy += node.xy;
+        }
+        const long double wCount = 2 * below.count - total.count;
+        const long double wX = 2 * below.x - total.x;
+        const long double wY = 2 * below.y - total.y;
+        const long double wXY = 2 * below.xy - total.xy;
+        halfS1 += wCount * xk * yk - xk * wY - yk * wX + wXY;
+
+        const long double xy = xk * yk;
+        for (std::size_t i = rank; i <= top; i += i & (~i + 1)) {
+            Node& node = tree_[i];
+            node.count += 1;
+            node.x += xk;
+            node.y += yk;
+            node.xy += xy;
+        }
+        total.count += 1;
+        total.x += xk;
+        total.y += yk;
+        total.xy += xy;
+    }
+
+    long double s2 = 0;
+    for (std::size_t i = 0; i < n_; ++i) s2 += xRowSums_[i] * yRowSums_[index[i]];
+
+    const long double n = static_cast<long double>(n_);
+    const long double crossSum = 2 * halfS1 - 2 * s2 / n + s3_ / (n * n);
+    const double r = static_cast<double>(crossSum / normaliser_);
+    return {std::max(0.0, std::min(1.0, r)), false};
+}
+
+std::size_t DistanceCorrPermutationKernel::settleTies(std::vector<double>& stats, std::vector<char>& exact,
+                                                      double observed, std::size_t lowIndex,
+                                                      std::size_t highIndex, double tolerance,
+                                                      const std::function<double(std::size_t)>& literal) {
+    const std::size_t count = stats.size();
+    if (exact.size() != count) throw std::invalid_argument("One exactness flag per statistic expected");
+    const bool selectable = count > 0 && lowIndex < count && highIndex < count && lowIndex <= highIndex;
+
+    std::size_t evaluations = 0;
+    std::vector<char> doubtful(count);
+    std::vector<std::size_t> pending;
+    std::vector<std::pair<double, std::size_t>> work;
+    const auto mark = [&](std::size_t t) {
+        if (!exact[t] && !doubtful[t]) {
+            doubtful[t] = 1;
+            pending.push_back(t);
+        }
+    };
+    for (;;) {
+        pending.clear();
+        std::fill(doubtful.begin(), doubtful.end(), 0);
+        for (std::size_t t = 0; t < count; ++t) {
+            if (std::fabs(stats[t] - observed) <= tolerance || !selectable) mark(t);
+        }
+        if (selectable) {
+            // Replays the two selections on (value, position) pairs: the moves
+            // depend only on the comparisons, so they are the ones the interval
+            // makes on the values alone.
+            work.resize(count);
+            for (std::size_t t = 0; t < count; ++t) work[t] = {stats[t], t};
+            const auto less = [&](const std::pair<double, std::size_t>& a, const std::pair<double, std::size_t>& b) {
+                if (a.second != b.second && std::fabs(a.first - b.first) <= tolerance) {
+                    mark(a.second);
+                    mark(b.second);
+                }
+                return a.first < b.first;
+            };
+            std::nth_element(work.begin(), work.begin() + static_cast<std::ptrdiff_t>(lowIndex), work.end(), less);
+            std::nth_element(work.begin() + static_cast<std::ptrdiff_t>(lowIndex),
+                             work.begin() + static_cast<std::ptrdiff_t>(highIndex), work.end(), less);
+        }
+        if (pending.empty()) return evaluations;
+        for (std::size_t t : pending) {
+            stats[t] = literal(t);
+            exact[t] = 1;
+            ++evaluations;
+        }
+    }
+}

@@ -1,0 +1,31 @@
+#pragma once
+#include <limits>
+#include <string>
+#include <string_view>
+
+namespace host {
+
+// The value a missing number takes: the most negative finite double.
+constexpr double kSystemMissing = -std::numeric_limits<double>::max();
+
+inline bool isSystemMissing(double value) { return value == kSystemMissing; }
+
+enum class NumberParse { Ok, NotANumber, OutOfRange };
+
+// Reads a decimal number ("12", "-3.5", ".5", "1e-3", "+2"), always with '.'
+// as the decimal point whatever the locale. Blanks around the number are
+// allowed; anything else (trailing text, "inf", "nan", hexadecimal) is not.
+// Numbers too small for a double read as zero; too large ones are OutOfRange.
+NumberParse parseNumber(std::string_view text, double& value);
+
+// The shortest text that reads back to exactly the same double.
+std::string formatNumber(double value);
+
+// Number of digits after the decimal point as written ("1.250" -> 3,
+// "2e-3" -> 0: exponent forms are not counted).
+int writtenDecimals(std::string_view text);
+
+// Removes blanks (spaces and tabs) at both ends.
+std::string_view trimBlanks(std::string_view text);
+
+}  // namespace host

@@ -1,0 +1,45 @@
+#pragma once
+#include <cstdio>
+#include <string>
+#include <string_view>
+
+namespace host {
+
+// Writes a file under a temporary name in the target's folder and puts it in
+// place only when complete, so that a failed write never damages an existing
+// file of that name. Every operation returns false on failure and leaves the
+// reason (naming the path and the system error) in problem().
+class ReplacingFile {
+public:
+    explicit ReplacingFile(std::string target);
+    ReplacingFile(const ReplacingFile&) = delete;
+    ReplacingFile& operator=(const ReplacingFile&) = delete;
+    ~ReplacingFile();  // discards an unfinished temporary file
+
+    bool open();
+    bool write(std::string_view bytes);
+    // Flushes the data to the disk and closes the temporary file.
+    bool finish();
+    // Renames the finished temporary file over the target.
+    bool replaceTarget();
+    // Closes and removes the temporary file; never fails.
+    void discard();
+
+    const std::string& target() const { return target_; }
+    const std::string& temporary() const { return temporary_; }
+    const std::string& problem() const { return problem_; }
+
+private:
+    bool failWith(const std::string& what, int error);
+
+    std::string target_;
+    std::string temporary_;
+    std::string problem_;
+    std::FILE* file_ = nullptr;
+    bool placed_ = false;
+};
+
+// Folder part of a path ("." when there is none).
+std::string folderOf(const std::string& path);
+
+}  // namespace host

@@ -1,0 +1,13 @@
+#pragma once
+#include <string>
+
+namespace host {
+
+// Reads a whole file as bytes. Throws DataLoadError "<path>: <problem>" when
+// it does not exist, is a folder or cannot be read.
+std::string readTextFile(const std::string& path);
+
+// True when path names an existing regular file (or a link to one).
+bool isRegularFile(const std::string& path);
+
+}  // namespace host

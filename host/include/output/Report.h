@@ -1,0 +1,44 @@
+#pragma once
+#include <iosfwd>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <rapidjson/document.h>
+
+#include "HostSession.h"
+#include "output/ChartData.h"
+
+namespace host {
+
+// What one command left behind: its text, its messages and the output
+// document its procedure handed over (null if none), with the data of the
+// document's charts, which is kept outside the document.
+struct RunRecord {
+    std::string command;
+    std::vector<HostMessage> messages;
+    std::unique_ptr<rapidjson::Document> output;
+    ChartDataMap charts;
+};
+
+// Takes the session's output document and its chart data, and copies the
+// session's messages, into a record of the command.
+RunRecord takeRunRecord(const std::string& command);
+
+// The output document of the runs, as JSON:
+// {"runs": [{"command", "messages": [{"level", "text"}], "output"}]}.
+void writeOutputDocument(std::ostream& out, const std::vector<RunRecord>& runs);
+
+// The run's output as text: tables laid out as pivot tables, charts as a note
+// with a small sketch. Messages are not repeated (the session shows them on
+// standard error as they arise). Nothing when the run has no output.
+void renderText(std::ostream& out, const RunRecord& run);
+
+// One self-contained HTML page (no external resources) with every run's
+// command, messages, tables and charts.
+void writeHtmlReport(std::ostream& out, const std::vector<RunRecord>& runs);
+
+// Charts with more points than this are drawn as a density image.
+constexpr std::size_t kHtmlPointLimit = 20000;
+
+}  // namespace host

@@ -1,0 +1,410 @@
+#include "syntax/CommandParser.h"
+
+#include <cstdio>
+#include <sstream>
+
+#include "DataSet.h"
+#include "SubComDescriptor.h"
+#include "syntax/CommandDescriptorImpl.h"
+#include "syntax/ParamDescriptorImpl.h"
+#include "syntax/SubComDescriptorImpl.h"
+#include "syntax/SubComObjImpl.h"
+#include "syntax/SyntaxError.h"
+#include "syntax/TextCase.h"
+
+namespace host::syntax {
+namespace {
+
+std::string joinContext(const std::string& context, const std::string& name) {
+    return context.empty() ? name : context + " " + name;
+}
+
+std::string formatNumber(double value) {
+    char buffer[32];
+    std::snprintf(buffer, sizeof buffer, "%.15g", value);
+    return buffer;
+}
+
+std::string keywordNames(const std::vector<ParamDescriptor>& params) {
+    std::vector<std::string> names;
+    for (const auto& p : params) names.push_back(p.getName());
+    return joinWords(names);
+}
+
+const ParamDescriptor* findParam(const std::vector<ParamDescriptor>& params, const std::string& name) {
+    for (const auto& p : params)
+        if (equalsIgnoreCase(p.getName(), name)) return &p;
+    return nullptr;
+}
+
+std::string allowedRange(const ParamDescriptor::Impl& d) {
+    const bool lowerIn = d.lowerOption == UPSpecTypes::LowerInclusive;
+    const bool upperIn = d.upperOption == UPSpecTypes::UpperInclusive;
+    if (lowerIn && upperIn) return "numbers from " + formatNumber(d.lower) + " to " + formatNumber(d.upper);
+    std::vector<std::string> parts;
+    if (lowerIn) parts.push_back("at least " + formatNumber(d.lower));
+    if (d.lowerOption == UPSpecTypes::LowerExclusive) parts.push_back("greater than " + formatNumber(d.lower));
+    if (upperIn) parts.push_back("at most " + formatNumber(d.upper));
+    if (d.upperOption == UPSpecTypes::UpperExclusive) parts.push_back("less than " + formatNumber(d.upper));
+    return parts.empty() ? std::string() : "numbers " + joinWords(parts, " and ");
+}
+
+bool isTo(const Token& t) { return t.is(TokenKind::Word) && equalsIgnoreCase(t.value, "TO"); }
+
+const Token& endToken() {
+    static const Token end;
+    return end;
+}
+
+}  // namespace
+
+CommandParser::CommandParser(const std::vector<Token>& tokens, const CommandDescriptor& descriptor,
+                             std::shared_ptr<const DataSet> data)
+    : tokens_(tokens), descriptor_(descriptor), data_(std::move(data)) {}
+
+const Token& CommandParser::peek(std::size_t ahead) const {
+    if (tokens_.empty()) return endToken();
+    const std::size_t at = pos_ + ahead;
+    return at < tokens_.size() ? tokens_[at] : tokens_.back();
+}
+
+const Token& CommandParser::take() {
+    const Token& t = peek();
+    if (pos_ < tokens_.size() && !t.is(TokenKind::End)) ++pos_;
+    return t;
+}
+
+void CommandParser::fail(const std::string& context, const std::string& text, const Token& at,
+                         const std::string& allowed) const {
+    SyntaxError error;
+    error.context = context;
+    error.text = text;
+    error.line = at.line;
+    error.column = at.column;
+    error.allowed = allowed;
+    throw error;
+}
+
+CommandSpec::Impl CommandParser::parse() {
+    pos_ = 0;
+    readCommandName();
+    CommandSpec::Impl spec;
+
+    if (const SubComDescriptor* global = descriptor_.getSubComDesc("")) {
+        const bool slash = globalPartStartsWithSlash();
+        if (slash) take();
+        if (slash || !(peek().is(TokenKind::Slash) || peek().is(TokenKind::End))) {
+            // The global part is known to the user by its first keyword.
+            const auto& params = global->impl().params;
+            const std::string extName = params.empty() ? std::string() : params.front().getName();
+            readSubcommand(Level{&params, "", false}, "", extName, spec);
+        }
+    }
+
+    while (!peek().is(TokenKind::End)) {
+        if (!peek().is(TokenKind::Slash))
+            fail("", "a subcommand is expected, written as \"/\" and its name, found " + peek().describe(), peek(),
+                 subcommandNames());
+        take();
+        const Token& name = peek();
+        if (!name.is(TokenKind::Word))
+            fail("", "a subcommand name is expected after \"/\", found " + name.describe(), name,
+                 subcommandNames());
+        const SubComDescriptor* sub = namedSubcommand(name.value);
+        if (sub == nullptr)
+            fail("", "subcommand \"" + name.text + "\" is not recognized", name, subcommandNames());
+        for (const auto& given : spec.subcommands)
+            if (given.impl().name == sub->getName())
+                fail("", "subcommand \"" + sub->getName() + "\" is given more than once", name);
+        take();
+        readSubcommand(Level{&sub->impl().params, sub->getName(), false}, sub->getName(), sub->getName(), spec);
+    }
+    return spec;
+}
+
+void CommandParser::readCommandName() {
+    std::istringstream words(descriptor_.getCommandName());
+    std::string word;
+    while (words >> word) {
+        const Token& t = peek();
+        if (!t.is(TokenKind::Word) || !equalsIgnoreCase(t.value, word))
+            fail("", "the command must start with \"" + descriptor_.getCommandName() + "\", found " + t.describe(),
+                 t);
+        take();
+    }
+}
+
+// "/VARIABLE=..." right after the command name is accepted as the global part.
+bool CommandParser::globalPartStartsWithSlash() const {
+    const SubComDescriptor* global = descriptor_.getSubComDesc("");
+    return peek().is(TokenKind::Slash) && peek(1).is(TokenKind::Word) && namedSubcommand(peek(1).value) == nullptr &&
+           global != nullptr && global->getParamDesc(peek(1).value) != nullptr;
+}
+
+const SubComDescriptor* CommandParser::namedSubcommand(const std::string& name) const {
+    if (name.empty()) return nullptr;
+    return descriptor_.getSubComDesc(name);
+}
+
+std::string CommandParser::subcommandNames() const {
+    std::vector<std::string> names;
+    for (const auto& s : descriptor_.impl().subcommands)
+        if (!s.getName().empty()) names.push_back(s.getName());
+    return joinWords(names);
+}
+
+void CommandParser::readSubcommand(const Level& level, const std::string& name, const std::string& extName,
+                                   CommandSpec::Impl& spec) {
+    SubComObj sub;
+    sub.impl().name = name;
+    sub.impl().extName = extName;
+    sub.impl().line = peek().line;
+    sub.impl().column = peek().column;
+    readItems(level, extName, nullptr, sub.impl().params);
+    spec.subcommands.push_back(sub);
+}
+
+void CommandParser::readItems(const Level& level, const std::string& extName, const Token* openParen,
+                              std::vector<ParamObj>& out) {
+    const std::string what = level.qualifiers ? "qualifier" : "keyword";
+    const std::string allowed = keywordNames(*level.params);
+    for (;;) {
+        const Token& t = peek();
+        if (t.is(TokenKind::End) || t.is(TokenKind::Slash)) {
+            if (openParen != nullptr) fail(level.context, "the \"(\" is not closed", *openParen);
+            return;
+        }
+        if (t.is(TokenKind::RightParen)) {
+            if (openParen == nullptr) fail(level.context, "\")\" has no matching \"(\"", t);
+            take();
+            return;
+        }
+        if (t.is(TokenKind::RightBracket)) fail(level.context, "\"]\" has no matching \"[\"", t);
+        if (!t.is(TokenKind::Word)) fail(level.context, "a " + what + " is expected, found " + t.describe(), t, allowed);
+        const ParamDescriptor* desc = findParam(*level.params, t.value);
+        if (desc == nullptr) fail(level.context, what + " \"" + t.text + "\" is not recognized", t, allowed);
+        for (const auto& given : out)
+            if (given.impl().name == desc->getName())
+                fail(level.context, what + " \"" + desc->getName() + "\" is given more than once", t);
+        out.push_back(readParam(*desc, level, extName));
+    }
+}
+
+ParamObj CommandParser::readParam(const ParamDescriptor& desc, const Level& level, const std::string& extName) {
+    const Token& key = take();
+    ParamObj obj;
+    ParamObj::Impl& p = obj.impl();
+    p.name = desc.getName();
+    p.subComExtName = extName;
+    p.line = key.line;
+    p.column = key.column;
+    const std::string context = joinContext(level.context, desc.getName());
+
+    switch (desc.impl().spec) {
+        case UPSpecTypes::ParamBareKeyword:
+            if (peek().is(TokenKind::Equals) || peek().is(TokenKind::LeftParen))
+                fail(context, desc.getName() + " takes no value, found " + peek().describe(), peek());
+            break;
+        case UPSpecTypes::ParamQualifiedKeyword:
+            if (peek().is(TokenKind::Equals))
+                fail(context, desc.getName() + " takes qualifiers in parentheses, not a value, found \"=\"", peek(),
+                     keywordNames(desc.impl().qualifiers));
+            if (peek().is(TokenKind::LeftParen)) {
+                const Token& open = take();
+                p.hasQualifiers = true;
+                readItems(Level{&desc.impl().qualifiers, context, true}, extName, &open, p.qualifiers);
+            }
+            break;
+        case UPSpecTypes::ParamKeywordValue:
+            expectEquals(context, desc);
+            readAllowedWord(context, desc, p);
+            break;
+        case UPSpecTypes::ParamNumber:
+            expectEquals(context, desc);
+            readNumber(context, desc, p);
+            break;
+        case UPSpecTypes::ParamVariable:
+            expectEquals(context, desc);
+            readVariable(context, desc, p);
+            break;
+        case UPSpecTypes::ParamVariableList:
+            expectEquals(context, desc);
+            readVariableList(context, desc, level, p);
+            break;
+        case UPSpecTypes::ParamFileSpec:
+            expectEquals(context, desc);
+            readSingleValue(context, "a file name", p);
+            break;
+        default:
+            // Kinds this command does not use take one value of any form.
+            expectEquals(context, desc);
+            readSingleValue(context, "a value", p);
+            break;
+    }
+    return obj;
+}
+
+void CommandParser::expectEquals(const std::string& context, const ParamDescriptor& desc) {
+    if (!peek().is(TokenKind::Equals))
+        fail(context, "\"=\" is expected after " + desc.getName() + ", found " + peek().describe(), peek());
+    take();
+}
+
+void CommandParser::readAllowedWord(const std::string& context, const ParamDescriptor& desc, ParamObj::Impl& out) {
+    const auto& allowedValues = desc.impl().allowedValues;
+    const std::string allowed = joinWords(allowedValues);
+    const Token& t = peek();
+    if (!t.is(TokenKind::Word)) fail(context, "a word is expected, found " + t.describe(), t, allowed);
+    const std::string word = upperCase(t.value);
+    bool known = allowedValues.empty();
+    for (const auto& a : allowedValues) known = known || a == word;
+    if (!known) fail(context, "\"" + t.text + "\" is not an allowed value", t, allowed);
+    take();
+    out.value = ParamObj::Impl::Value::Word;
+    out.text = word;
+    out.token = t.text;
+}
+
+void CommandParser::readNumber(const std::string& context, const ParamDescriptor& desc, ParamObj::Impl& out) {
+    const ParamDescriptor::Impl& d = desc.impl();
+    const Token& t = peek();
+    const std::string allowed = allowedRange(d);
+    if (!t.is(TokenKind::Number)) fail(context, "a number is expected, found " + t.describe(), t, allowed);
+    const double v = t.number;
+    if (d.lowerOption == UPSpecTypes::LowerInclusive && v < d.lower)
+        fail(context, "value " + t.text + " is below the minimum of " + formatNumber(d.lower), t, allowed);
+    if (d.lowerOption == UPSpecTypes::LowerExclusive && v <= d.lower)
+        fail(context, "value " + t.text + " must be greater than " + formatNumber(d.lower), t, allowed);
+    if (d.upperOption == UPSpecTypes::UpperInclusive && v > d.upper)
+        fail(context, "value " + t.text + " is above the maximum of " + formatNumber(d.upper), t, allowed);
+    if (d.upperOption == UPSpecTypes::UpperExclusive && v >= d.upper)
+        fail(context, "value " + t.text + " must be less than " + formatNumber(d.upper), t, allowed);
+    take();
+    out.value = ParamObj::Impl::Value::Number;
+    out.number = v;
+    out.token = t.text;
+}
+
+void CommandParser::readVariable(const std::string& context, const ParamDescriptor& desc, ParamObj::Impl& out) {
+    const bool bracketed = peek().is(TokenKind::LeftBracket);
+    if (bracketed && desc.impl().brackets != UPSpecTypes::BracketsOptional)
+        fail(context, "brackets are not allowed here, found \"[\"", peek());
+    const Token* open = bracketed ? &take() : nullptr;
+    const Token& t = peek();
+    if (!t.is(TokenKind::Word) || isTo(t))
+        fail(context, "a variable name is expected, found " + t.describe(), t);
+    findVariable(context, t);
+    take();
+    if (open != nullptr) {
+        if (!peek().is(TokenKind::RightBracket)) fail(context, "the \"[\" is not closed", *open);
+        take();
+    }
+    out.value = ParamObj::Impl::Value::Variables;
+    out.names = {t.value};
+    out.token = t.text;
+}
+
+void CommandParser::readVariableList(const std::string& context, const ParamDescriptor& desc, const Level& level,
+                                     ParamObj::Impl& out) {
+    const Token* open = nullptr;
+    if (peek().is(TokenKind::LeftBracket)) {
+        if (desc.impl().brackets != UPSpecTypes::BracketsOptional)
+            fail(context, "brackets are not allowed here, found \"[\"", peek());
+        open = &take();
+    }
+    std::vector<const Token*> written;
+    const Token* stop = nullptr;
+    for (;;) {
+        const Token& t = peek();
+        // A word followed by "=" or "(" starts the next keyword, known or not.
+        const bool startsItem =
+            t.is(TokenKind::Word) && (peek(1).is(TokenKind::Equals) || peek(1).is(TokenKind::LeftParen));
+        if (open != nullptr) {
+            if (t.is(TokenKind::RightBracket)) {
+                stop = &take();
+                break;
+            }
+            if (t.is(TokenKind::End) || t.is(TokenKind::Slash) || t.is(TokenKind::RightParen) ||
+                t.is(TokenKind::Equals) || t.is(TokenKind::LeftParen) || startsItem)
+                fail(context, "the \"[\" is not closed", *open);
+            if (t.is(TokenKind::LeftBracket)) fail(context, "\"[\" is not expected inside brackets", t);
+        } else {
+            if (t.is(TokenKind::End) || t.is(TokenKind::Slash) || t.is(TokenKind::RightParen) || startsItem ||
+                (t.is(TokenKind::Word) && findParam(*level.params, t.value) != nullptr)) {
+                stop = &t;
+                break;
+            }
+            if (t.is(TokenKind::RightBracket)) fail(context, "\"]\" has no matching \"[\"", t);
+            if (t.is(TokenKind::LeftBracket))
+                fail(context, "brackets must enclose the whole list, found \"[\"", t);
+        }
+        if (!t.is(TokenKind::Word)) fail(context, "a variable name is expected, found " + t.describe(), t);
+        written.push_back(&take());
+    }
+    if (written.empty())
+        fail(context, "at least one variable name is expected, found " + stop->describe(), *stop);
+
+    out.value = ParamObj::Impl::Value::Variables;
+    out.names = resolveNames(context, written);
+    std::string token;
+    for (const Token* t : written) token += (token.empty() ? "" : " ") + t->text;
+    out.token = open != nullptr ? "[" + token + "]" : token;
+}
+
+void CommandParser::readSingleValue(const std::string& context, const std::string& expected, ParamObj::Impl& out) {
+    const Token& t = peek();
+    if (t.is(TokenKind::String)) {
+        out.value = ParamObj::Impl::Value::String;
+        out.text = t.value;
+    } else if (t.is(TokenKind::Word)) {
+        out.value = ParamObj::Impl::Value::Word;
+        out.text = t.value;
+    } else if (t.is(TokenKind::Number)) {
+        out.value = ParamObj::Impl::Value::Number;
+        out.number = t.number;
+    } else {
+        fail(context, expected + " is expected, found " + t.describe() + "; write it in quotes", t);
+    }
+    out.token = t.text;
+    take();
+}
+
+std::vector<std::string> CommandParser::resolveNames(const std::string& context,
+                                                     const std::vector<const Token*>& written) const {
+    std::vector<std::string> names;
+    const std::string misplacedTo = "\"TO\" must stand between two variable names, as in \"a TO c\"";
+    for (std::size_t i = 0; i < written.size(); ++i) {
+        const Token& first = *written[i];
+        if (isTo(first)) fail(context, misplacedTo, first);
+        const bool range = i + 1 < written.size() && isTo(*written[i + 1]);
+        if (!range) {
+            findVariable(context, first);
+            names.push_back(first.value);
+            continue;
+        }
+        if (i + 2 >= written.size() || isTo(*written[i + 2])) fail(context, misplacedTo, *written[i + 1]);
+        const Token& last = *written[i + 2];
+        const int from = findVariable(context, first);
+        const int to = findVariable(context, last);
+        if (from > to)
+            fail(context,
+                 "the range \"" + first.text + " TO " + last.text + "\" runs backwards: \"" + first.text +
+                     "\" comes after \"" + last.text + "\" in the data set",
+                 first);
+        // The two ends keep their written spelling, the names between them the dictionary's.
+        names.push_back(first.value);
+        for (int k = from + 1; k < to; ++k) names.push_back(data_->variable(k).name);
+        if (to > from) names.push_back(last.value);
+        i += 2;
+    }
+    return names;
+}
+
+int CommandParser::findVariable(const std::string& context, const Token& name) const {
+    if (!data_) fail(context, "there is no active data set in which to find variable \"" + name.text + "\"", name);
+    const int index = data_->findVariable(name.value);
+    if (index < 0) fail(context, "variable \"" + name.text + "\" is not in the active data set", name);
+    return index;
+}
+
+}  // namespace host::syntax

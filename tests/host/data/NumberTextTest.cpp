@@ -1,0 +1,117 @@
+#include "data/NumberText.h"
+
+#include <gtest/gtest.h>
+
+#include <clocale>
+#include <cstdint>
+#include <cstring>
+#include <limits>
+#include <random>
+
+using host::NumberParse;
+using host::parseNumber;
+
+namespace {
+
+NumberParse parse(const char* text, double& value) { return parseNumber(text, value); }
+
+std::uint64_t bitsOf(double value) {
+    std::uint64_t bits = 0;
+    std::memcpy(&bits, &value, sizeof bits);
+    return bits;
+}
+
+}  // namespace
+
+TEST(NumberTextTest, ReadsPlainDecimalForms) {
+    double v = 0.0;
+    ASSERT_EQ(parse("12", v), NumberParse::Ok);
+    EXPECT_EQ(v, 12.0);
+    ASSERT_EQ(parse("-3.5", v), NumberParse::Ok);
+    EXPECT_EQ(v, -3.5);
+    ASSERT_EQ(parse(".5", v), NumberParse::Ok);
+    EXPECT_EQ(v, 0.5);
+    ASSERT_EQ(parse("5.", v), NumberParse::Ok);
+    EXPECT_EQ(v, 5.0);
+    ASSERT_EQ(parse("+2", v), NumberParse::Ok);
+    EXPECT_EQ(v, 2.0);
+    ASSERT_EQ(parse("1e-3", v), NumberParse::Ok);
+    EXPECT_EQ(v, 0.001);
+    ASSERT_EQ(parse("2.5E+2", v), NumberParse::Ok);
+    EXPECT_EQ(v, 250.0);
+    ASSERT_EQ(parse("  7 \t", v), NumberParse::Ok);
+    EXPECT_EQ(v, 7.0);
+    // Correctly rounded: the same double the compiler makes of the literal.
+    ASSERT_EQ(parse("0.1", v), NumberParse::Ok);
+    EXPECT_EQ(bitsOf(v), bitsOf(0.1));
+}
+
+TEST(NumberTextTest, RejectsEverythingElse) {
+    double v = 0.0;
+    for (const char* text : {"", " ", "abc", "1,5", "1.5x", "1e", "--1", "+-1", "-", ".", "inf", "-inf", "nan",
+                             "Infinity", "0x10", "1 2", "1.2.3", "e5"})
+        EXPECT_EQ(parse(text, v), NumberParse::NotANumber) << "text: \"" << text << "\"";
+}
+
+TEST(NumberTextTest, TooLargeIsOutOfRangeTooSmallIsZero) {
+    double v = 1.0;
+    EXPECT_EQ(parse("1e400", v), NumberParse::OutOfRange);
+    EXPECT_EQ(parse("-123456e999", v), NumberParse::OutOfRange);
+    ASSERT_EQ(parse("1e-400", v), NumberParse::Ok);
+    EXPECT_EQ(v, 0.0);
+    ASSERT_EQ(parse("-0.000001e-400", v), NumberParse::Ok);
+    EXPECT_EQ(v, 0.0);
+    EXPECT_TRUE(std::signbit(v));
+    ASSERT_EQ(parse("1.7976931348623157e308", v), NumberParse::Ok);
+    EXPECT_EQ(v, std::numeric_limits<double>::max());
+}
+
+TEST(NumberTextTest, SystemMissingIsTheMostNegativeFiniteDouble) {
+    EXPECT_EQ(host::kSystemMissing, -1.7976931348623157e308);
+    EXPECT_TRUE(host::isSystemMissing(-std::numeric_limits<double>::max()));
+    EXPECT_FALSE(host::isSystemMissing(0.0));
+}
+
+TEST(NumberTextTest, FormatsShortestTextThatReadsBack) {
+    EXPECT_EQ(host::formatNumber(0.1), "0.1");
+    EXPECT_EQ(host::formatNumber(0.1 + 0.2), "0.30000000000000004");
+    EXPECT_EQ(host::formatNumber(34.0), "34");
+    EXPECT_EQ(host::formatNumber(-2.5), "-2.5");
+    std::mt19937_64 random(12345);
+    for (int i = 0; i < 20000; ++i) {
+        std::uint64_t bits = random();
+        double value = 0.0;
+        std::memcpy(&value, &bits, sizeof value);
+        if (!std::isfinite(value)) continue;
+        double back = 0.0;
+        ASSERT_EQ(parseNumber(host::formatNumber(value), back), NumberParse::Ok) << host::formatNumber(value);
+        EXPECT_EQ(bitsOf(back), bitsOf(value)) << host::formatNumber(value);
+    }
+}
+
+TEST(NumberTextTest, IgnoresTheLocaleDecimalComma) {
+    const char* locales[] = {"de_DE.UTF-8", "de_DE.utf8", "fr_FR.UTF-8", "de_DE"};
+    const char* chosen = nullptr;
+    for (const char* name : locales)
+        if (std::setlocale(LC_ALL, name) != nullptr) {
+            chosen = name;
+            break;
+        }
+    if (chosen == nullptr) GTEST_SKIP() << "no locale with a decimal comma is installed";
+    double v = 0.0;
+    const NumberParse result = parse("1.25", v);
+    const std::string text = host::formatNumber(2.75);
+    const NumberParse comma = parse("1,25", v);
+    std::setlocale(LC_ALL, "C");
+    ASSERT_EQ(result, NumberParse::Ok);
+    EXPECT_EQ(text, "2.75");
+    EXPECT_EQ(comma, NumberParse::NotANumber);
+}
+
+TEST(NumberTextTest, CountsWrittenDecimals) {
+    EXPECT_EQ(host::writtenDecimals("1.250"), 3);
+    EXPECT_EQ(host::writtenDecimals("12"), 0);
+    EXPECT_EQ(host::writtenDecimals("2e-3"), 0);
+    EXPECT_EQ(host::writtenDecimals("2.5e-3"), 0);
+    EXPECT_EQ(host::writtenDecimals(" -0.5 "), 1);
+}

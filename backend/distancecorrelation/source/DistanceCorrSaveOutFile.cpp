@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <locale>
 #include <map>
-#include <cmath>
 #include <sstream>
 
 #include "ErrorText.h"
@@ -215,7 +214,7 @@ DistanceCorrSaveOutFile::WriterState DistanceCorrSaveOutFile::AddDataToFile() {
                             const std::size_t filled =
                                 std::min({n, distances.size(), distanceColumns});
                             for (std::size_t j = 0; j < filled; ++j) {
-                                dataCase.SetColumnValue(static_cast<int>(j + 1), std::round(distances[j] * 1000) / 1000);
+                                dataCase.SetColumnValue(static_cast<int>(j + 1), distances[j]);
                             }
                             store->AddCase(dataCase);
                         }

@@ -149,7 +149,9 @@ TEST_F(FacSTDictionaryTest, MissingLanguageIsReportedAndTextsStayEnglish) {
 
 TEST_F(FacSTDictionaryTest, MalformedTableIsReportedWithLineAndColumn) {
     // The trailing comma on line 3 leaves the object without a member name
-    // where the closing brace stands: line 3, column 23.
+    // where the closing brace stands: line 3, column 21 (4 blanks, "P" in
+    // 5-7, colon 8, blank 9, brace 10, "a" 11-13, colon 14, blank 15, "b"
+    // 16-18, comma 19, blank 20, closing brace 21).
     const std::string root = resourcesWith("de", "{\n  \"procedures\": {\n    \"P\": {\"a\": \"b\", }\n  }\n}\n");
     session().setResourceDir(root);
     session().setLanguage("de");
@@ -159,7 +161,7 @@ TEST_F(FacSTDictionaryTest, MalformedTableIsReportedWithLineAndColumn) {
     const auto w = warnings();
     ASSERT_EQ(w.size(), 2u);
     const std::string file = (fs::path(root) / "strings" / "de" / "strings.json").string();
-    EXPECT_EQ(w[0], "The string table " + file + " is not valid JSON (line 3, column 23: Missing a name for object member.).");
+    EXPECT_EQ(w[0], "The string table " + file + " is not valid JSON (line 3, column 21: Missing a name for object member.).");
     EXPECT_EQ(w[1], "Output texts are shown in English.");
 }
 

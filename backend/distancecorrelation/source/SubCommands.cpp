@@ -24,6 +24,9 @@ const auto kNoRepeatedVars = static_cast<UPSpecTypes::RepeatVarOptions>(0);
 const int kScaleLevel = 3;
 const int kOrdinalLevel = 2;
 
+// Outcome of reading one axis qualifier of SCATTERPLOT.
+enum class AxisRead { Absent, Invalid, Accepted };
+
 // The descriptor of a keyword that carries qualifiers; null when the grammar lacks it.
 const ParamDescriptor* qualifiedKeywordDesc(const CommandDescriptor& descriptor,
                                             const std::string& subcommand,
@@ -260,13 +263,6 @@ bool SubCommands::get_Subcommand_Print() {
     print_.setOutFileSpec(path, true);
     return result;
 }
-
-namespace {
-
-// Outcome of reading one axis qualifier of SCATTERPLOT.
-enum class AxisRead { Absent, Invalid, Accepted };
-
-}  // namespace
 
 bool SubCommands::get_Subcommand_Plot() {
     bool result = true;

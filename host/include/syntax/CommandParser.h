@@ -51,6 +51,7 @@ private:
 
     void readItems(const Level& level, const std::string& extName, const Token* openParen,
                    std::vector<ParamObj>& out);
+    void rejectSecondValue(const Level& level, const ParamDescriptor& previous, const Token& t) const;
     ParamObj readParam(const ParamDescriptor& desc, const Level& level, const std::string& extName);
     void expectEquals(const std::string& context, const ParamDescriptor& desc);
     void readAllowedWord(const std::string& context, const ParamDescriptor& desc, ParamObj::Impl& out);

@@ -168,6 +168,7 @@ void CommandParser::readItems(const Level& level, const std::string& extName, co
                               std::vector<ParamObj>& out) {
     const std::string what = level.qualifiers ? "qualifier" : "keyword";
     const std::string allowed = keywordNames(*level.params);
+    const ParamDescriptor* previous = nullptr;
     for (;;) {
         const Token& t = peek();
         if (t.is(TokenKind::End) || t.is(TokenKind::Slash)) {
@@ -180,14 +181,32 @@ void CommandParser::readItems(const Level& level, const std::string& extName, co
             return;
         }
         if (t.is(TokenKind::RightBracket)) fail(level.context, "\"]\" has no matching \"[\"", t);
+        const ParamDescriptor* desc = t.is(TokenKind::Word) ? findParam(*level.params, t.value) : nullptr;
+        if (desc == nullptr && previous != nullptr) rejectSecondValue(level, *previous, t);
         if (!t.is(TokenKind::Word)) fail(level.context, "a " + what + " is expected, found " + t.describe(), t, allowed);
-        const ParamDescriptor* desc = findParam(*level.params, t.value);
         if (desc == nullptr) fail(level.context, what + " \"" + t.text + "\" is not recognized", t, allowed);
         for (const auto& given : out)
             if (given.impl().name == desc->getName())
                 fail(level.context, what + " \"" + desc->getName() + "\" is given more than once", t);
         out.push_back(readParam(*desc, level, extName));
+        previous = desc;
     }
+}
+
+// "CILEVEL=90 95" or "VARIABLE=id x1" (one variable): a second value where a
+// keyword belongs is named as such rather than as an unknown keyword.
+void CommandParser::rejectSecondValue(const Level& level, const ParamDescriptor& previous, const Token& t) const {
+    const auto spec = previous.impl().spec;
+    if (spec == UPSpecTypes::ParamBareKeyword || spec == UPSpecTypes::ParamQualifiedKeyword ||
+        spec == UPSpecTypes::ParamVariableList)
+        return;
+    const std::string context = joinContext(level.context, previous.getName());
+    if (t.is(TokenKind::Number) || t.is(TokenKind::String))
+        fail(context, "only one value is allowed, found " + t.describe(), t);
+    const bool startsItem = peek(1).is(TokenKind::Equals) || peek(1).is(TokenKind::LeftParen);
+    if (spec == UPSpecTypes::ParamVariable && t.is(TokenKind::Word) && !startsItem && data_ &&
+        data_->findVariable(t.value) >= 0)
+        fail(context, "only one variable name is allowed, found " + t.describe(), t);
 }
 
 ParamObj CommandParser::readParam(const ParamDescriptor& desc, const Level& level, const std::string& extName) {

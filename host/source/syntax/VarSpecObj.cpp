@@ -6,7 +6,9 @@
 #include "DataSet.h"
 #include "HostSession.h"
 #include "VELA_DataSource.h"
+#include "syntax/CommandDescriptorImpl.h"
 #include "syntax/CommandTokenizer.h"
+#include "syntax/ParamDescriptorImpl.h"
 #include "syntax/SyntaxError.h"
 #include "syntax/TextCase.h"
 #include "syntax/VariableNameLocator.h"
@@ -15,6 +17,7 @@ struct VarSpecObj::Impl {
     std::string commandName;
     std::string paramName;
     std::string subComName;
+    std::string context;  // as the parser names the place: "PRINT DISTMATRIX CONFIGURE"
     bool numericOnly = false;
     std::shared_ptr<const host::DataSet> data;
     std::vector<int> valid;
@@ -28,9 +31,7 @@ void VarSpecObj::Impl::report(const std::string& text, const std::string& name, 
     host::HostSession& session = host::HostSession::instance();
     const host::CommandText& command = session.command();
     host::syntax::SyntaxError error;
-    error.context = subComName;
-    if (!host::syntax::equalsIgnoreCase(paramName, subComName))
-        error.context += (error.context.empty() ? "" : " ") + paramName;
+    error.context = context;
     error.text = text;
     host::syntax::CommandTokenizer tokenizer(command.text, command.firstLine);
     if (tokenizer.run()) {
@@ -61,10 +62,33 @@ int VarSpecObj::Impl::check(const std::string& name) const {
     return index;
 }
 
+namespace {
+
+std::string joinContext(const std::string& a, const std::string& b) {
+    if (a.empty() || host::syntax::equalsIgnoreCase(a, b)) return b;
+    return a + " " + b;
+}
+
+// The subcommand name given may be a subcommand, the global part's external
+// name, or a keyword whose qualifier the parameter is; the grammar tells which.
+std::string contextOf(const CommandDescriptor& desc, const std::string& subComName, const std::string& paramName) {
+    if (!subComName.empty() && desc.getSubComDesc(subComName) != nullptr)
+        return joinContext(host::syntax::upperCase(subComName), paramName);
+    for (const auto& sub : desc.impl().subcommands) {
+        const ParamDescriptor* keyword = sub.getParamDesc(subComName);
+        if (keyword != nullptr && keyword->impl().findQualifier(paramName) != nullptr)
+            return joinContext(sub.getName(), joinContext(keyword->getName(), paramName));
+    }
+    return joinContext(subComName, paramName);
+}
+
+}  // namespace
+
 VarSpecObj::VarSpecObj(const std::string& paramName, const std::string& subComName,
                        const CommandDescriptor& desc, const VELA_DataSource* source, bool numericOnly)
     : impl_(std::make_unique<Impl>()) {
     impl_->commandName = desc.getCommandName();
+    impl_->context = contextOf(desc, subComName, paramName);
     impl_->paramName = paramName;
     impl_->subComName = subComName;
     impl_->numericOnly = numericOnly;

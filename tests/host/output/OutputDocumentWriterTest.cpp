@@ -57,14 +57,14 @@ host::RunRecord smallRun() {
     return outtest::handOver(generator, "DISTANCE CORRELATION VARIABLES=a b.");
 }
 
-const char* kSmallDocument = R"({
+const char* kSmallDocument = R"json({
   "runs": [
     {
       "command": "DISTANCE CORRELATION VARIABLES=a b.",
       "messages": [
         {
           "level": "warning",
-          "text": "Say \"hi\"\tnow \u0001 )" "\xef\xbf\xbd" " \xc3\xbc" R"("
+          "text": "Say \"hi\"\tnow \u0001 )json" "\xef\xbf\xbd" " \xc3\xbc" R"json("
         }
       ],
       "output": {
@@ -130,7 +130,7 @@ const char* kSmallDocument = R"({
     }
   ]
 }
-)";
+)json";
 
 TEST(OutputDocumentWriterTest, SmallDocumentExactBytes) {
     std::vector<host::RunRecord> runs;

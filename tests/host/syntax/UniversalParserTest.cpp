@@ -305,7 +305,8 @@ TEST(UniversalParser, SubcommandExternalNames) {
 TEST(UniversalParser, OutfileAsBareWordOrNumber) {
     auto run = parse(withVariables("/PRINT DISTMATRIX(OUTFILE=dist.sav)."));
     expectAccepted(run);
-    const ParamObj* out = ParamObj::getParamObj("OUTFILE", qualifiers(run.param("PRINT", "DISTMATRIX")));
+    auto matrix = qualifiers(run.param("PRINT", "DISTMATRIX"));
+    const ParamObj* out = ParamObj::getParamObj("OUTFILE", matrix);
     ASSERT_NE(out, nullptr);
     std::string name;
     bool literal = true;
@@ -316,7 +317,8 @@ TEST(UniversalParser, OutfileAsBareWordOrNumber) {
     // A number is accepted as a value; the procedure decides it is no file name.
     run = parse(withVariables("/PRINT DISTMATRIX(OUTFILE=123)."));
     expectAccepted(run);
-    out = ParamObj::getParamObj("OUTFILE", qualifiers(run.param("PRINT", "DISTMATRIX")));
+    matrix = qualifiers(run.param("PRINT", "DISTMATRIX"));
+    out = ParamObj::getParamObj("OUTFILE", matrix);
     ASSERT_NE(out, nullptr);
     EXPECT_FALSE(out->getStringOrLiteral(name, literal));
     EXPECT_EQ(out->getStringToken(), "123");
@@ -325,7 +327,8 @@ TEST(UniversalParser, OutfileAsBareWordOrNumber) {
 TEST(UniversalParser, QuotedFileNameKeepsInnerQuotesAndPeriods) {
     auto run = parse(withVariables("/PRINT DISTMATRIX(OUTFILE='/tmp/it''s.sav')."));
     expectAccepted(run);
-    const ParamObj* out = ParamObj::getParamObj("OUTFILE", qualifiers(run.param("PRINT", "DISTMATRIX")));
+    auto matrix = qualifiers(run.param("PRINT", "DISTMATRIX"));
+    const ParamObj* out = ParamObj::getParamObj("OUTFILE", matrix);
     std::string name;
     bool literal = false;
     ASSERT_NE(out, nullptr);

@@ -22,6 +22,7 @@ std::string onlyError() {
 
 class VarSpecObjTest : public ::testing::Test {
 protected:
+    void SetUp() override { ASSERT_EQ(DistanceCorrCommandDescriber(descriptor).start(), 0u); }
     CommandDescriptor descriptor{"DISTANCE CORRELATION"};
 };
 
@@ -104,7 +105,7 @@ TEST_F(VarSpecObjTest, QualifierProblemsAreFoundInsideTheirKeyword) {
     VarSpecObj spec("CONFIGURE", "DISTMATRIX", descriptor, nullptr, false);
     EXPECT_FALSE(spec.ValidateVariables({"x1", "X1"}, UPSpecTypes::RepeatVarForbidden));
     EXPECT_EQ(onlyError(),
-              "DISTMATRIX CONFIGURE: variable \"X1\" is named more than once (command line, line 2, column 34).");
+              "PRINT DISTMATRIX CONFIGURE: variable \"X1\" is named more than once (command line, line 2, column 34).");
 }
 
 TEST_F(VarSpecObjTest, ReadsTheDataSetOfItsDataSource) {
@@ -132,4 +133,20 @@ TEST_F(VarSpecObjTest, EmptyListIsValidAndHoldsNoVariables) {
     VarSpecObj spec("VARIABLE", "VARIABLE", descriptor, nullptr, true);
     EXPECT_TRUE(spec.ValidateVariables({}, UPSpecTypes::RepeatVarForbidden));
     EXPECT_EQ(spec.GetNValidVars(), 0);
+}
+
+TEST_F(VarSpecObjTest, AxisProblemsNameTheirSubcommand) {
+    beginCommand("DISTANCE CORRELATION VARIABLE=x1 x2\n  /PLOT SCATTERPLOT(XAXIS=x1 YAXIS=nothere).");
+    VarSpecObj spec("YAXIS", "SCATTERPLOT", descriptor, nullptr, false);
+    EXPECT_EQ(spec.ValidateVariable("nothere"), -1);
+    EXPECT_EQ(onlyError(),
+              "PLOT SCATTERPLOT YAXIS: variable \"nothere\" is not in the active data set (command line, line 2, column 36).");
+}
+
+TEST(VarSpecObj, WithoutAGrammarTheGivenNamesMakeTheContext) {
+    CommandDescriptor bare("DISTANCE CORRELATION");
+    beginCommand("DISTANCE CORRELATION VARIABLE=x1 zz.");
+    VarSpecObj spec("VARIABLE", "SOMEWHERE", bare, nullptr, true);
+    EXPECT_EQ(spec.ValidateVariable("zz"), -1);
+    EXPECT_EQ(onlyError(), "SOMEWHERE VARIABLE: variable \"zz\" is not in the active data set (command line, line 1, column 34).");
 }

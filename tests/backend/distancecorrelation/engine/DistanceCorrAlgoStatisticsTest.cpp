@@ -329,23 +329,65 @@ TEST(DistanceCorrAlgoStatistics, PlainSumBelowHundredRowsOptimizedFromHundred) {
 
 TEST(DistanceCorrAlgoStatistics, PairCovarianceSumsInBlocksOfFour) {
     EngineRun run;
-    const std::size_t n = 7;
+    // Values of mixed magnitude (b is all ones, so the products are a): the
+    // block grouping, a per-row sum and a plain sum all differ in the last bits.
+    const std::size_t n = 11;
     Matrix a(n, std::vector<double>(n));
-    Matrix b(n, std::vector<double>(n));
+    const Matrix b(n, std::vector<double>(n, 1.0));
     for (std::size_t i = 0; i < n; ++i) {
         for (std::size_t j = 0; j < n; ++j) {
-            a[i][j] = 0.1 * (i + 1) + 1.0 / (j + 3);
-            b[i][j] = 0.7 / (i + j + 1);
+            a[i][j] = 1.0 / static_cast<double>(1 + i * n + j) * ((i + j) % 3 == 0 ? 1e3 : 1.0);
         }
     }
-    double sum = 0.0;
-    for (std::size_t i = 0; i < n; ++i) {
-        const double p0 = a[i][0] * b[i][0], p1 = a[i][1] * b[i][1], p2 = a[i][2] * b[i][2],
-                     p3 = a[i][3] * b[i][3];
-        sum += ((p0 + p1 + p2) + p3);
-        for (std::size_t j = 4; j < n; ++j) sum += a[i][j] * b[i][j];
+    double blocks = 0.0;
+    double otherGrouping = 0.0;
+    double rowByRow = 0.0;
+    double plain = 0.0;
+    for (const auto& x : a) {
+        double row = 0.0;
+        std::size_t j = 0;
+        for (; j + 4 <= n; j += 4) {
+            blocks += ((x[j] + x[j + 1] + x[j + 2]) + x[j + 3]);
+            otherGrouping += (x[j] + (x[j + 1] + x[j + 2] + x[j + 3]));
+            row += ((x[j] + x[j + 1] + x[j + 2]) + x[j + 3]);
+        }
+        for (; j < n; ++j) {
+            blocks += x[j];
+            otherGrouping += x[j];
+            row += x[j];
+        }
+        rowByRow += row;
+        for (double v : x) plain += v;
     }
-    EXPECT_EQ(run.algo.calculatePairDistanceCovariance(a, b, n), sum / 49.0);
+    ASSERT_NE(blocks, otherGrouping);
+    ASSERT_NE(blocks, rowByRow);
+    ASSERT_NE(blocks, plain);
+    EXPECT_EQ(run.algo.calculatePairDistanceCovariance(a, b, n), blocks / 121.0);
+}
+
+TEST(DistanceCorrAlgoStatistics, CentringSubtractsRowThenColumnMeanThenAddsGrandMean) {
+    EngineRun run;
+    const std::vector<double> values{0.1, 1e8 + 0.3, 0.7, 3.3, -2.9};
+    std::vector<Matrix> distances(1);
+    run.algo.calculateEuclideanDistanceMatrix(values, distances[0]);
+    Matrix rowMeans;
+    Matrix colMeans;
+    std::vector<double> grand;
+    run.algo.calculateRowMean(distances, rowMeans);
+    run.algo.calculateColumnMean(distances, colMeans);
+    run.algo.calculateGlobalMean(distances, grand);
+    std::vector<Matrix> centered;
+    run.algo.calculateCenteredMatrix(distances, rowMeans, colMeans, grand, centered);
+    bool orderMatters = false;
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        for (std::size_t j = 0; j < values.size(); ++j) {
+            const double d = distances[0][i][j];
+            const double expected = d - rowMeans[0][i] - colMeans[0][j] + grand[0];
+            EXPECT_EQ(centered[0][i][j], expected);
+            orderMatters = orderMatters || expected != d + grand[0] - rowMeans[0][i] - colMeans[0][j];
+        }
+    }
+    EXPECT_TRUE(orderMatters) << "data do not tell the evaluation orders apart";
 }
 
 TEST(DistanceCorrAlgoStatistics, ExceptionTextsAreExact) {

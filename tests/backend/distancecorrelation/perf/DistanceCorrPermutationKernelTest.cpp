@@ -80,6 +80,25 @@ TEST(DistanceCorrPermutationKernel, MatchesMatrixRecipeOnStronglyDependentData) 
     }
 }
 
+TEST(DistanceCorrPermutationKernel, BothPrecisionsMatchMatrixRecipe) {
+    // Smooth data take the double sums; a value a million times the spread
+    // of the rest takes the long double sums.
+    std::mt19937_64 rng(17);
+    for (std::size_t n : {5, 60, 280}) {
+        const std::vector<double> x = permdata::column(Kind::Normal, n, rng);
+        const std::vector<double> y = permdata::related(x, Kind::Normal, rng);
+        EXPECT_FALSE(DistanceCorrPermutationKernel(x, y).precise());
+        EXPECT_LE(largestDifference(x, y, 8, 21), 1e-12);
+
+        std::vector<double> wild = permdata::column(Kind::Normal, n, rng);
+        wild[n / 2] = 1e6;
+        EXPECT_TRUE(DistanceCorrPermutationKernel(wild, y).precise());
+        EXPECT_LE(largestDifference(wild, y, 8, 22), 1e-12);
+        EXPECT_TRUE(DistanceCorrPermutationKernel(y, wild).precise());
+        EXPECT_LE(largestDifference(y, wild, 8, 23), 1e-12);
+    }
+}
+
 TEST(DistanceCorrPermutationKernel, ThreeCasesByHand) {
     // x = (1,2,3) against y = (1,3,2): sum A.B = 252/81, sum A^2 = sum B^2 = 360/81,
     // so the statistic is 252/360 = 0.7. Unpermuted y = x gives 1.

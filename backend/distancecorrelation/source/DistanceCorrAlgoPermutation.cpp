@@ -157,7 +157,9 @@ double DistanceCorrAlgo::computeDistanceCorrelation(const Matrix& centeredX, con
     // Here a variance of exactly EPSILON already counts as zero.
     if (dVarX <= EPSILON || dVarY <= EPSILON) return 0.0;
     const double r = (sumAB / cells) / std::sqrt(dVarX * dVarY);
-    return std::max(0.0, std::min(1.0, r));
+    // Written so that a NaN ratio (from NaN data) ends as 0, as in the
+    // observed statistic.
+    return std::max(0.0, std::min(r, 1.0));
 }
 
 double DistanceCorrAlgo::computeConfidenceIntervalandPValue(double observed, std::vector<double>& permStats,

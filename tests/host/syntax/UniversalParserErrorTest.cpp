@@ -54,9 +54,19 @@ TEST(UniversalParserErrors, UnknownQualifier) {
 }
 
 TEST(UniversalParserErrors, NumberWhereAKeywordBelongs) {
+    EXPECT_EQ(errorFor(withVariables("  /PRINT DETAILS 95.")),
+              std::string("PRINT: a keyword is expected, found \"95\" (command line, line 2, column 18). ") +
+                  kPrintKeywords);
+}
+
+TEST(UniversalParserErrors, SecondValueForASingleValueKeyword) {
     EXPECT_EQ(errorFor(withVariables("  /CRITERIA CILEVEL=90 95.")),
-              "CRITERIA: a keyword is expected, found \"95\" (command line, line 2, column 24). "
-              "Allowed: NORMALIZATION, CILEVEL, PERMUTATION.");
+              "CRITERIA CILEVEL: only one value is allowed, found \"95\" (command line, line 2, column 24).");
+    EXPECT_EQ(errorFor(withVariables("  /ID VARIABLE=id x1.")),
+              "ID VARIABLE: only one variable name is allowed, found \"x1\" (command line, line 2, column 19).");
+    // A word that names no variable is read as a misspelt keyword.
+    EXPECT_EQ(errorFor(withVariables("  /ID VARIABLE=id zz.")),
+              "ID: keyword \"zz\" is not recognized (command line, line 2, column 19). Allowed: VARIABLE.");
 }
 
 TEST(UniversalParserErrors, TextWhereANumberBelongs) {

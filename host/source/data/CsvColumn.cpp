@@ -12,7 +12,7 @@ namespace host {
 namespace {
 
 constexpr int kDefaultNumericWidth = 8;
-constexpr int kMaxInferredWidth = 40;
+constexpr int kMaxInferredWidth = 40;  // also the widest numeric format
 constexpr int kMaxDecimals = 16;
 
 }  // namespace
@@ -111,6 +111,10 @@ void CsvColumn::setNumericFormats(bool integersOnly, int longestCell, int decima
     info_.writeFormat = info_.format;
     if (field_ != nullptr && field_->writeWidth > 0) info_.writeFormat.width = field_->writeWidth;
     if (field_ != nullptr && field_->writeDecimals >= 0) info_.writeFormat.decimals = field_->writeDecimals;
+    for (const VELA_Format* format : {&info_.format, &info_.writeFormat})
+        if (format->width > kMaxInferredWidth || format->decimals >= format->width)
+            failField("a numeric format needs a width from 1 to " + std::to_string(kMaxInferredWidth) +
+                      " and fewer decimals than its width");
 }
 
 void CsvColumn::setTextFormats(int longestCell) {

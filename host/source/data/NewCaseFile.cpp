@@ -187,6 +187,8 @@ void NewCaseFile::addCase(const double* observations) {
         while (length > 0 && bytes[length - 1] == ' ') --length;  // text is padded with blanks
         appendCell(row_, bytes, length);
     }
+    // A lone empty cell is quoted: a blank line would read as no case at all.
+    if (row_.empty()) row_ = "\"\"";
     writeRow(row_);
 }
 

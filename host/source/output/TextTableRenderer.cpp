@@ -92,10 +92,14 @@ void TextTableRenderer::render(std::ostream& out, const PivotLayout& t) {
         Line rule;
         bool underline = false;
         if (r + 1 == t.headerRows) line.place(0, stubWidth, t.stubHeader, Align::Left);
-        for (const auto& h : t.headers) {
-            // A leaf stands in the bottom row of the rows it spans.
-            const std::size_t shownRow = h.isGroup ? h.row : h.row + h.rowSpan - 1;
-            if (shownRow != r) continue;
+        // A leaf stands in the bottom row of the rows it spans; the cells of
+        // a line are placed left to right.
+        std::vector<const PivotLayout::HeaderCell*> shown;
+        for (const auto& h : t.headers)
+            if ((h.isGroup ? h.row : h.row + h.rowSpan - 1) == r) shown.push_back(&h);
+        std::sort(shown.begin(), shown.end(), [](const auto* a, const auto* b) { return a->column < b->column; });
+        for (const auto* cell : shown) {
+            const PivotLayout::HeaderCell& h = *cell;
             const std::size_t width = spanWidth(widths, h.column, h.columnSpan);
             const Align align = h.isGroup ? Align::Centre : (t.numericColumn[h.column] ? Align::Right : Align::Left);
             line.place(position[h.column], width, h.text, align);

@@ -144,6 +144,12 @@ TEST(CsvDataLoaderTest, SchemaPropertiesAreChecked) {
     EXPECT_EQ(s.error(data, R"({"fields":[{"type":"number"}]})"), s.schema + ": field 1: needs a \"name\" text");
     EXPECT_EQ(s.error(data, R"({"fields":[{"name":"x","displayDecimals":40}]})"),
               s.schema + ": field 1 (\"x\"): \"displayDecimals\" must be a whole number from 0 to 16");
+    EXPECT_EQ(s.error(data, R"({"fields":[{"name":"x","displayWidth":41}]})"),
+              s.schema + ": field 1 (\"x\"): a numeric format needs a width from 1 to 40 and fewer decimals than "
+                         "its width");
+    EXPECT_EQ(s.error(data, R"({"fields":[{"name":"x","writeWidth":4,"writeDecimals":4}]})"),
+              s.schema + ": field 1 (\"x\"): a numeric format needs a width from 1 to 40 and fewer decimals than "
+                         "its width");
     EXPECT_EQ(s.error(data, R"({"fields":[{"name":"x","categories":[{"label":"one"}]}]})"),
               s.schema + ": field 1 (\"x\"): each category needs a \"value\" (a number or a text)");
     EXPECT_EQ(s.error(data, R"({"fields":[{"name":"x","type":"number","categories":[{"value":"one"}]}]})"),

@@ -309,11 +309,12 @@ TEST_F(UserOutputCaseFileTest, NonFiniteNumbersAreWrittenAsMissing) {
         }
         source.CloseData();
     }
-    EXPECT_EQ(readFile(target), "x\r\n\r\n\r\n\r\n2\r\n");
-    // Lines with nothing on them read as blank lines: only the 2 remains.
+    // A lone empty cell is quoted so that the line is not taken for a blank one.
+    EXPECT_EQ(readFile(target), "x\r\n\"\"\r\n\"\"\r\n\"\"\r\n2\r\n");
     const auto data = host::loadCsvDataSet(target, "");
-    ASSERT_EQ(data->caseCount(), 1u);
-    EXPECT_EQ(data->numericValue(0, 0), 2.0);
+    ASSERT_EQ(data->caseCount(), 4u);
+    for (std::size_t c = 0; c < 3; ++c) EXPECT_EQ(data->numericValue(c, 0), kMissing);
+    EXPECT_EQ(data->numericValue(3, 0), 2.0);
 }
 
 TEST_F(UserOutputCaseFileTest, DefaultNamesAndAddedExtension) {

@@ -2,7 +2,6 @@
 // tables and charts; a chart is drawn point by point up to the point limit
 // and as a density image beyond it.
 #include <cstdint>
-#include <regex>
 #include <sstream>
 
 #include <gtest/gtest.h>

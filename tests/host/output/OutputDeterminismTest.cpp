@@ -1,5 +1,6 @@
 // The same output gives the same bytes: the JSON document, the text and the
 // HTML page, also with a density image.
+#include <cmath>
 #include <sstream>
 
 #include <gtest/gtest.h>

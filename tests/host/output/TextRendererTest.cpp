@@ -160,6 +160,46 @@ TEST(TextRendererTest, NestedRowGroupsAndShownColumnRootLabel) {
               "\n");
 }
 
+TEST(TextRendererTest, LeafAfterAGroupStandsInTheBottomRowInColumnOrder) {
+    const std::string text = render(runWithTable([](Table* t) {
+        t->set_table_title("P");
+        t->set_default_cell_format(5, 10, 3);
+        auto* rows = new Descendants(t);
+        rows->set_label("Variable");
+        rows->setShowLabel(true);
+        rows->addCell(outtest::textCell(t, "x vs. y"));
+        auto* group = new Descendants(t);
+        group->set_label("G");
+        group->setShowLabel(true);
+        group->addCell(outtest::textCell(t, "Lower"));
+        group->addCell(outtest::textCell(t, "Upper"));
+        auto* columns = new Descendants(t);
+        columns->addCell(outtest::textCell(t, "d"));
+        columns->addCell(group);
+        columns->addCell(outtest::textCell(t, "Sig."));
+        auto* cells = new Cells(t);
+        std::vector<Cell*> row{outtest::numberCell(t, 0.5), outtest::numberCell(t, 0.1), outtest::numberCell(t, 0.9),
+                               outtest::numberCell(t, 0.001)};
+        cells->addCells(row);
+        t->set_dimensions(new Dimension(t, rows, columns));
+        t->set_cells(cells);
+    }));
+    // Every column is 5 wide ("0.500", "Lower", ...); "G" is centred over
+    // the 12 characters of Lower and Upper; "d" and "Sig." are right-aligned.
+    EXPECT_EQ(text,
+              "Distance Correlation\n"
+              "\n"
+              "P\n"
+              "====================================\n"
+              "                      G\n"
+              "                 ------------\n"
+              "Variable      d  Lower  Upper   Sig.\n"
+              "------------------------------------\n"
+              "x vs. y   0.500  0.100  0.900  0.001\n"
+              "====================================\n"
+              "\n");
+}
+
 TEST(TextRendererTest, HiddenTitleAndWideCharactersCountOnce) {
     const std::string text = render(runWithTable([](Table* t) {
         t->hide_title(true);

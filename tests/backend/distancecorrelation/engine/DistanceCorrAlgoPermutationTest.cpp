@@ -270,6 +270,19 @@ TEST(DistanceCorrAlgoPermutation, ConstantShuffledColumnGivesZeroStatistics) {
     EXPECT_EQ(full.results[0].permUpper, 0.0);
 }
 
+TEST(DistanceCorrAlgoPermutation, NaNDataGiveZeroPermutedStatistics) {
+    // LOG of -2 is NaN: the observed dCor is 0, and the permuted statistics
+    // are 0 as well rather than a clamped 1.
+    EngineRun run({{0, 1, -2, 3, 4, 2}, {1, 2, 3, 4, 5, 7}});
+    run.settings.criteria().set_normalization("LOG");
+    permutationRun(run, 17, 50);
+    ASSERT_EQ(run.algo.start(), 0);
+    EXPECT_EQ(run.results[0].dCor, 0.0);
+    EXPECT_EQ(run.results[0].permLower, 0.0);
+    EXPECT_EQ(run.results[0].permUpper, 0.0);
+    EXPECT_EQ(run.results[0].pValue, 1.0);
+}
+
 TEST(DistanceCorrAlgoPermutation, FastStatisticEqualsTheObservedOne) {
     EngineRun run;
     for (std::uint32_t seed : {1u, 2u, 3u}) {

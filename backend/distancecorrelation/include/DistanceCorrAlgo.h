@@ -95,6 +95,12 @@ public:
     // Permutation test.
     void permutationTest(const Matrix& data, const std::vector<double>& observed,
                          const std::vector<Matrix>& centered);
+    // How the permutation test computes permuted statistics: by default the
+    // O(n log n) kernel, settling near-ties with the matrix recipe; or the
+    // matrix recipe for every permutation. Both give the same p-values and
+    // bounds; the second is kept as the reference.
+    enum class PermutationStatistics { Fast, MatrixRecipe };
+    void setPermutationStatistics(PermutationStatistics how) { permutationStatistics_ = how; }
     // dCor of a fixed centred matrix and a (permuted) column; the last four
     // arguments are scratch buffers sized n x n, n, n and n x n.
     double computeDistanceCorrelation(const Matrix& centeredX, const std::vector<double>& y,
@@ -120,4 +126,5 @@ private:
     std::vector<DistanceCorrDescriptiveResult>& descriptives_;
     DistanceCorrCommonData& common_;
     ParserMessage message_;
+    PermutationStatistics permutationStatistics_ = PermutationStatistics::Fast;
 };

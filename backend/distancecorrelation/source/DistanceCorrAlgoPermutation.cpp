@@ -2,11 +2,13 @@
 #include <cmath>
 #include <limits>
 #include <numeric>
+#include <optional>
 #include <random>
 #include <stdexcept>
 #include <utility>
 
 #include "DistanceCorrAlgo.h"
+#include "DistanceCorrPermutationKernel.h"
 
 namespace {
 
@@ -33,6 +35,33 @@ void sizeSquare(DistanceCorrAlgo::Matrix& matrix, std::size_t n) {
     }
 }
 
+// Positions of the two selections of the percentile interval over count
+// statistics at significance level alpha.
+std::pair<std::size_t, std::size_t> selectionIndices(double alpha, std::size_t count) {
+    const std::size_t low = truncateToIndex(alpha / 2 * static_cast<double>(count - 1), count);
+    const std::size_t high = std::max(low, truncateToIndex((1 - alpha / 2) * static_cast<double>(count - 1), count));
+    return {low, high};
+}
+
+// One permutation of the case numbers: Fisher-Yates from the back with a
+// plain remainder (no rejection of biased draws), so that a seed always gives
+// the same shuffle.
+void shuffle(std::vector<std::size_t>& index, std::mt19937& engine) {
+    std::iota(index.begin(), index.end(), std::size_t{0});
+    const std::size_t n = index.size();
+    for (std::size_t s = 0; s + 1 < n; ++s) {
+        const std::size_t m = n - 1 - s;
+        const auto r = static_cast<std::uint32_t>(engine());
+        const std::size_t q = r % (m + 1);
+        std::swap(index[m], index[q]);
+    }
+}
+
+// The random stream is saved before every this many permutations, so that a
+// permutation can be drawn again for the matrix recipe without holding all
+// the numbers.
+constexpr std::uint64_t kCheckpointEvery = 64;
+
 }  // namespace
 
 void DistanceCorrAlgo::permutationTest(const Matrix& data, const std::vector<double>& observed,
@@ -57,34 +86,65 @@ void DistanceCorrAlgo::permutationTest(const Matrix& data, const std::vector<dou
     // One worker: all pairs run in order on the calling thread, so drawing
     // each number when it is used consumes the stream in the same order as
     // drawing all pairs' N * (n - 1) numbers up front, without holding them.
+    // The matrix recipe's buffers are sized on its first use: the fast kernel
+    // needs none of them.
     ThreadBuffers buffers;
-    buffers.distanceMatrix.assign(n, std::vector<double>(n, 0.0));
-    buffers.rowMeans.assign(n, 0.0);
-    buffers.colMeans.assign(n, 0.0);
-    buffers.centeredMatrix.assign(n, std::vector<double>(n, 0.0));
     std::vector<std::size_t> index(n);
     std::vector<double> permuted(n);
     std::vector<double> statistics(iterations);
+    std::vector<char> exact(iterations);
+    std::vector<std::mt19937> checkpoints;
+    const bool fast = permutationStatistics_ == PermutationStatistics::Fast;
+    const std::pair<std::size_t, std::size_t> selection =
+        iterations == 0 ? std::make_pair(std::size_t{0}, std::size_t{0})
+                        : selectionIndices(criteria.get_permSigLevel(), iterations);
 
     for (std::uint64_t k = 0; k < pairs; ++k) {
         std::uint64_t i = 0;
         std::uint64_t j = 0;
         triangularIndex(k, i, j, p);
-        // Variable i stays fixed; variable j is shuffled.
-        for (std::uint64_t t = 0; t < iterations; ++t) {
-            std::iota(index.begin(), index.end(), std::size_t{0});
-            // Fisher-Yates from the back with a plain remainder (no rejection
-            // of biased draws), so that a seed always gives the same shuffle.
-            for (std::size_t s = 0; s + 1 < n; ++s) {
-                const std::size_t m = n - 1 - s;
-                const auto r = static_cast<std::uint32_t>(engine());
-                const std::size_t q = r % (m + 1);
-                std::swap(index[m], index[q]);
+        // Variable i stays fixed; variable j is shuffled by the current index.
+        const auto matrixRecipe = [&]() {
+            if (buffers.rowMeans.size() != n) {
+                sizeSquare(buffers.distanceMatrix, n);
+                sizeSquare(buffers.centeredMatrix, n);
+                buffers.rowMeans.assign(n, 0.0);
+                buffers.colMeans.assign(n, 0.0);
             }
             for (std::size_t u = 0; u < n; ++u) permuted[u] = data[j][index[u]];
-            statistics[t] = computeDistanceCorrelation(centered[i], permuted, buffers.distanceMatrix,
-                                                       buffers.rowMeans, buffers.colMeans,
-                                                       buffers.centeredMatrix);
+            return computeDistanceCorrelation(centered[i], permuted, buffers.distanceMatrix, buffers.rowMeans,
+                                              buffers.colMeans, buffers.centeredMatrix);
+        };
+
+        // The kernel declines data it cannot promise to match (non-finite
+        // values, a variance at the zero threshold): the recipe runs instead.
+        std::optional<DistanceCorrPermutationKernel> kernel;
+        if (fast && iterations > 0) kernel.emplace(data[i], data[j]);
+        if (kernel && kernel->usable()) {
+            checkpoints.clear();
+            for (std::uint64_t t = 0; t < iterations; ++t) {
+                if (t % kCheckpointEvery == 0) checkpoints.push_back(engine);
+                shuffle(index, engine);
+                const DistanceCorrPermutationKernel::Statistic s = kernel->evaluate(index);
+                statistics[t] = s.value;
+                exact[t] = s.exact;
+            }
+            // Statistics within rounding of each other or of the observed
+            // value are recomputed by the matrix recipe, so that every
+            // comparison below comes out as it does on the recipe's values.
+            DistanceCorrPermutationKernel::settleTies(
+                statistics, exact, observed[k], selection.first, selection.second,
+                DistanceCorrPermutationKernel::kTieTolerance, [&](std::size_t t) {
+                    std::mt19937 replay = checkpoints[t / kCheckpointEvery];
+                    replay.discard(static_cast<unsigned long long>(t % kCheckpointEvery) * (n - 1));
+                    shuffle(index, replay);
+                    return matrixRecipe();
+                });
+        } else {
+            for (std::uint64_t t = 0; t < iterations; ++t) {
+                shuffle(index, engine);
+                statistics[t] = matrixRecipe();
+            }
         }
         std::pair<double, double> interval(0.0, 0.0);
         const double pValue = computeConfidenceIntervalandPValue(observed[k], statistics, interval);
@@ -167,9 +227,7 @@ double DistanceCorrAlgo::computeConfidenceIntervalandPValue(double observed, std
     if (permStats.empty()) return 0.0;
     const double alpha = settings_.criteriaSettings().get_permSigLevel();
     const std::size_t count = permStats.size();
-    const std::size_t lowIndex = truncateToIndex(alpha / 2 * static_cast<double>(count - 1), count);
-    const std::size_t highIndex =
-        std::max(lowIndex, truncateToIndex((1 - alpha / 2) * static_cast<double>(count - 1), count));
+    const auto [lowIndex, highIndex] = selectionIndices(alpha, count);
 
     // Two linear-time selections instead of a sort; the percentile then
     // interpolates on the partially ordered vector.

@@ -38,6 +38,7 @@ std::vector<SyntaxCommand> splitCommands(const std::string& syntax) {
     int line = 1;
     char quote = 0;
     bool started = false;
+    std::size_t lineStart = 0;
 
     auto finish = [&]() {
         if (hasContent(current.text) && !isComment(current.text)) commands.push_back(current);
@@ -50,8 +51,9 @@ std::vector<SyntaxCommand> splitCommands(const std::string& syntax) {
         if (!started && !std::isspace(static_cast<unsigned char>(c))) {
             started = true;
             current.firstLine = line;
-            // Drop the blank lines before the command so that its text starts on firstLine.
-            current.text.clear();
+            // Keep the blanks before the command on its first line, so that columns
+            // reported for that line match the source.
+            current.text = syntax.substr(lineStart, i - lineStart);
         }
         if (quote != 0) {
             if (c == quote) quote = 0;
@@ -64,7 +66,10 @@ std::vector<SyntaxCommand> splitCommands(const std::string& syntax) {
             continue;
         }
         if (started) current.text += c;
-        if (c == '\n') ++line;
+        if (c == '\n') {
+            ++line;
+            lineStart = i + 1;
+        }
     }
     finish();
     return commands;

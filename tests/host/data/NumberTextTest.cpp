@@ -3,10 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <clocale>
+#include <cmath>
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
 #include <limits>
 #include <random>
+
+#include "DataTestSupport.h"
 
 using host::NumberParse;
 using host::parseNumber;
@@ -89,23 +93,42 @@ TEST(NumberTextTest, FormatsShortestTextThatReadsBack) {
     }
 }
 
+namespace {
+
+// Switches to a German locale (decimal comma), compiling one into a scratch
+// folder when the system has none installed. False when impossible.
+bool useGermanLocale(const datatest::ScratchFolder& folder) {
+    for (const char* name : {"de_DE.UTF-8", "de_DE.utf8", "de_DE"})
+        if (std::setlocale(LC_ALL, name) != nullptr) return true;
+    const std::string command = "localedef -i de_DE -f UTF-8 '" + folder.file("de_DE.UTF-8") + "' >/dev/null 2>&1";
+    if (std::system(command.c_str()) != 0) return false;
+    ::setenv("LOCPATH", folder.path().c_str(), 1);
+    const bool ok = std::setlocale(LC_ALL, "de_DE.UTF-8") != nullptr;
+    ::unsetenv("LOCPATH");
+    return ok;
+}
+
+}  // namespace
+
 TEST(NumberTextTest, IgnoresTheLocaleDecimalComma) {
-    const char* locales[] = {"de_DE.UTF-8", "de_DE.utf8", "fr_FR.UTF-8", "de_DE"};
-    const char* chosen = nullptr;
-    for (const char* name : locales)
-        if (std::setlocale(LC_ALL, name) != nullptr) {
-            chosen = name;
-            break;
-        }
-    if (chosen == nullptr) GTEST_SKIP() << "no locale with a decimal comma is installed";
+    datatest::ScratchFolder folder;
+    if (!useGermanLocale(folder)) GTEST_SKIP() << "no locale with a decimal comma can be made here";
+    const std::string point = std::localeconv()->decimal_point;
+    const double viaStrtod = std::strtod("1,25", nullptr);
     double v = 0.0;
-    const NumberParse result = parse("1.25", v);
+    const NumberParse withPoint = parse("1.25", v);
+    const double parsed = v;
+    const NumberParse withComma = parse("1,25", v);
     const std::string text = host::formatNumber(2.75);
-    const NumberParse comma = parse("1,25", v);
     std::setlocale(LC_ALL, "C");
-    ASSERT_EQ(result, NumberParse::Ok);
+    // The locale is in effect: the C library reads a decimal comma...
+    ASSERT_EQ(point, ",");
+    ASSERT_EQ(viaStrtod, 1.25);
+    // ...while numbers in data files keep the point.
+    EXPECT_EQ(withPoint, NumberParse::Ok);
+    EXPECT_EQ(parsed, 1.25);
+    EXPECT_EQ(withComma, NumberParse::NotANumber);
     EXPECT_EQ(text, "2.75");
-    EXPECT_EQ(comma, NumberParse::NotANumber);
 }
 
 TEST(NumberTextTest, CountsWrittenDecimals) {

@@ -67,3 +67,10 @@ TEST(CommandSplitter, CommentsAreDropped) {
     EXPECT_EQ(commands[0].text, "X a.");
     EXPECT_EQ(commands[0].firstLine, 4);
 }
+
+TEST(CommandSplitter, IndentOfTheFirstLineIsKeptForColumns) {
+    auto commands = splitCommands("\n   X a.\n");
+    ASSERT_EQ(commands.size(), 1u);
+    EXPECT_EQ(commands[0].text, "   X a.");
+    EXPECT_EQ(commands[0].firstLine, 2);
+}

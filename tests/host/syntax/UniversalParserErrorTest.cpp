@@ -137,6 +137,12 @@ TEST(UniversalParserErrors, SignificanceLevelAboveOne) {
               "(command line, line 2, column 43). Allowed: numbers from 0 to 1.");
 }
 
+TEST(UniversalParserErrors, NegativeSignificanceLevel) {
+    EXPECT_EQ(errorFor(withVariables("  /CRITERIA PERMUTATION(SIGNIFICANCELEVEL=-0.1).")),
+              "CRITERIA PERMUTATION SIGNIFICANCELEVEL: value -0.1 is below the minimum of 0 "
+              "(command line, line 2, column 43). Allowed: numbers from 0 to 1.");
+}
+
 TEST(UniversalParserErrors, NegativeSeed) {
     EXPECT_EQ(errorFor(withVariables("  /CRITERIA PERMUTATION(SEED=-1).")),
               "CRITERIA PERMUTATION SEED: value -1 is below the minimum of 0 (command line, line 2, column 30). "

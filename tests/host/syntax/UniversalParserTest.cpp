@@ -151,6 +151,8 @@ TEST(UniversalParser, PermutationQualifiersAtTheirBoundsPass) {
     expectAccepted(run);
     auto perm = qualifiers(run.param("CRITERIA", "PERMUTATION"));
     EXPECT_DOUBLE_EQ(numberOf(ParamObj::getParamObj("SEED", perm)), 1e9);  // SEED has no upper bound
+    run = parse(withVariables("/CRITERIA PERMUTATION(MAXITERATIONS=1e7)."));
+    expectAccepted(run);  // nor has MAXITERATIONS
 }
 
 TEST(UniversalParser, PermutationWithoutQualifiersHasAnEmptyList) {

@@ -1,0 +1,91 @@
+// The whole engine run with the fast permuted statistics against the same run
+// with the matrix recipe for every permutation, on a corpus of random data
+// sets, seeds, sizes, significance levels and normalizations: the p-values and
+// both 4-decimal bounds must be identical.
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+#include <vector>
+
+#include "EngineTestSettings.h"
+#include "PermutationTestData.h"
+
+namespace {
+
+using permdata::Kind;
+
+struct CorpusCase {
+    std::vector<std::vector<double>> columns;
+    std::string normalization;
+    double seed;
+    double iterations;
+    double alpha;
+};
+
+CorpusCase makeCase(std::uint64_t number) {
+    std::mt19937_64 rng(1000 + number);
+    const std::vector<Kind>& kinds = permdata::allKinds();
+    const auto pick = [&](std::size_t count) { return static_cast<std::size_t>(rng() % count); };
+    CorpusCase c;
+    const std::size_t variables = number % 4 == 3 ? 3 : 2;
+    // Many small samples (where whole tie classes are common) and some larger.
+    const std::size_t cases = number % 3 == 0 ? 2 + pick(6) : 8 + pick(60);
+    // Constant columns are rare; the rest of the kinds come equally often.
+    const auto kind = [&]() {
+        const Kind k = kinds[pick(kinds.size())];
+        return k == Kind::Constant && pick(3) != 0 ? Kind::Normal : k;
+    };
+    c.columns.push_back(permdata::column(kind(), cases, rng));
+    for (std::size_t v = 1; v < variables; ++v) {
+        c.columns.push_back(pick(2) == 0 ? permdata::related(c.columns[0], kind(), rng)
+                                         : permdata::column(kind(), cases, rng));
+    }
+    static const char* normalizations[] = {"NONE", "ZSCORE", "MINMAX", "ROBUST", "LOG"};
+    c.normalization = normalizations[pick(5)];
+    c.seed = static_cast<double>(rng() % (1ULL << 40));
+    static const double iterationChoices[] = {1, 2, 37, 99, 250, 400};
+    c.iterations = iterationChoices[pick(6)];
+    static const double alphas[] = {0.05, 0.1, 0.01, 0.2};
+    c.alpha = alphas[pick(4)];
+    return c;
+}
+
+std::vector<DistanceCorrResult> run(const CorpusCase& c, DistanceCorrAlgo::PermutationStatistics how) {
+    EngineRun engine(c.columns);
+    auto& criteria = engine.settings.criteria();
+    criteria.set_normalization(c.normalization);
+    criteria.set_permEnabled(true);
+    criteria.set_permSeed(c.seed);
+    criteria.set_permMaxIterations(c.iterations);
+    criteria.set_permSigLevel(c.alpha);
+    engine.algo.setPermutationStatistics(how);
+    EXPECT_EQ(engine.algo.start(), 0);
+    return engine.results;
+}
+
+TEST(DistanceCorrPermutationCorpus, FastAndMatrixRecipeGiveIdenticalPValuesAndBounds) {
+    const std::uint64_t corpusSize = 240;
+    std::size_t pairs = 0;
+    std::size_t informative = 0;  // p-value strictly between 0 and 1
+    for (std::uint64_t number = 0; number < corpusSize; ++number) {
+        const CorpusCase c = makeCase(number);
+        const std::vector<DistanceCorrResult> fast = run(c, DistanceCorrAlgo::PermutationStatistics::Fast);
+        const std::vector<DistanceCorrResult> recipe =
+            run(c, DistanceCorrAlgo::PermutationStatistics::MatrixRecipe);
+        ASSERT_EQ(fast.size(), recipe.size()) << "case " << number;
+        for (std::size_t k = 0; k < fast.size(); ++k) {
+            EXPECT_EQ(fast[k].pValue, recipe[k].pValue) << "case " << number << " pair " << k;
+            EXPECT_EQ(fast[k].permLower, recipe[k].permLower) << "case " << number << " pair " << k;
+            EXPECT_EQ(fast[k].permUpper, recipe[k].permUpper) << "case " << number << " pair " << k;
+            EXPECT_EQ(fast[k].dCor, recipe[k].dCor) << "case " << number << " pair " << k;
+            ++pairs;
+            if (recipe[k].pValue > 0.0 && recipe[k].pValue < 1.0) ++informative;
+        }
+    }
+    // Not vacuous: most pairs have a p-value that a wrong statistic would move.
+    EXPECT_GE(pairs, corpusSize);
+    EXPECT_GE(informative, pairs / 2);
+}
+
+}  // namespace

@@ -1,7 +1,7 @@
 # Entry points: `make demo` runs a demo analysis, `make test` builds and runs every test.
 BUILD ?= build
 JOBS ?= 2
-DEB_PACKAGES = g++ cmake make libgtest-dev libgmock-dev libboost-math-dev rapidjson-dev libcli11-dev
+DEB_PACKAGES = g++ cmake make binutils libgtest-dev libgmock-dev libboost-math-dev rapidjson-dev libcli11-dev chromium
 CMAKE_FLAGS ?= -DDC_WERROR=ON
 
 .PHONY: all deps build demo test asan bench clean

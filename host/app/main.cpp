@@ -89,6 +89,7 @@ host::RunRecord runCommand(host::ProcedureRegistry& registry, const host::Syntax
                                std::to_string(command.firstLine) + ").");
     } else {
         commandName = procedure->command;
+        session.setCommandName(commandName);
         try {
             registry.run(*procedure);
         } catch (const host::ProcedureLoadError& e) {

@@ -39,8 +39,14 @@ public:
     void beginCommand(CommandText command);
     const CommandText& command() const;
 
+    // Name of the procedure running the current command ("" when none), used
+    // for host messages that do not name the command themselves.
+    void setCommandName(const std::string& name);
+    const std::string& commandName() const;
+
     // Records a message and, unless quiet, shows it on standard error as
-    // "Error: <command name>: <text>" (or "Warning: ...", "Note: ...").
+    // "Error: <command name>: <text>" (or "Warning: ...", "Note: ..."). An empty
+    // commandName stands for the current command's name.
     void addMessage(MessageLevel level, const std::string& commandName, const std::string& text);
     const std::vector<HostMessage>& messages() const;
     bool hasErrors() const;

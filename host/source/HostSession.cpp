@@ -7,6 +7,7 @@ namespace host {
 struct HostSession::Impl {
     std::shared_ptr<DataSet> data;
     CommandText command;
+    std::string commandName;
     std::vector<HostMessage> messages;
     std::unique_ptr<rapidjson::Document> output;
     bool quiet = false;
@@ -27,11 +28,15 @@ std::shared_ptr<DataSet> HostSession::activeDataSet() const { return impl_->data
 
 void HostSession::beginCommand(CommandText command) {
     impl_->command = std::move(command);
+    impl_->commandName.clear();
     impl_->messages.clear();
     impl_->output.reset();
 }
 
 const CommandText& HostSession::command() const { return impl_->command; }
+
+void HostSession::setCommandName(const std::string& name) { impl_->commandName = name; }
+const std::string& HostSession::commandName() const { return impl_->commandName; }
 
 void HostSession::addMessage(MessageLevel level, const std::string& commandName,
                              const std::string& text) {
@@ -41,7 +46,8 @@ void HostSession::addMessage(MessageLevel level, const std::string& commandName,
                          : level == MessageLevel::Warning ? "Warning: "
                                                           : "Note: ";
     *impl_->err << prefix;
-    if (!commandName.empty()) *impl_->err << commandName << ": ";
+    const std::string& name = commandName.empty() ? impl_->commandName : commandName;
+    if (!name.empty()) *impl_->err << name << ": ";
     *impl_->err << text << '\n';
 }
 

@@ -34,7 +34,7 @@ public:
     static constexpr double kZeroVariance = 1e-8;
     // Statistics closer than this to each other or to the observed value are
     // recomputed by the matrix recipe before they are compared.
-    static constexpr double kTieTolerance = 0;
+    static constexpr double kTieTolerance = 1e-9;
     // Values beyond this size could overflow the matrix recipe's sums.
     static constexpr double kLargestValue = 1e100;
     // Above this ratio of extreme products to the centred sums, rounding in

@@ -20,8 +20,11 @@ bool hasContent(const std::string& s) {
 }
 
 // "* text." and "COMMENT text." are comments, not commands.
-bool isComment(const std::string& s) {
-    if (!s.empty() && s[0] == '*') return true;
+bool isComment(const std::string& text) {
+    const std::size_t first = text.find_first_not_of(" \t\r\n");
+    if (first == std::string::npos) return false;
+    const std::string s = text.substr(first);
+    if (s[0] == '*') return true;
     std::string word;
     for (char c : s) {
         if (std::isspace(static_cast<unsigned char>(c)) || c == '.') break;

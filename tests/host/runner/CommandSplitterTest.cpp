@@ -26,17 +26,17 @@ TEST(CommandSplitter, EndOfInputEndsTheLastCommand) {
 }
 
 TEST(CommandSplitter, PeriodInsideQuotesDoesNotCount) {
-    auto commands = splitCommands("X /PRINT DISTMATRIX(OUTFILE='out.\n') .\nY.");
-    // The quote is closed by the line end (strings never span lines), so the
-    // command goes on until the period on line 2.
-    ASSERT_EQ(commands.size(), 2u);
-    EXPECT_EQ(commands[0].text, "X /PRINT DISTMATRIX(OUTFILE='out.\n') .");
-    EXPECT_EQ(commands[1].text, "Y.");
-    EXPECT_EQ(commands[1].firstLine, 3);
-
     auto quoted = splitCommands("X OUTFILE=\"a.\" b.\n");
     ASSERT_EQ(quoted.size(), 1u);
     EXPECT_EQ(quoted[0].text, "X OUTFILE=\"a.\" b.");
+
+    // A string never spans lines: an unterminated one ends at the line end
+    // (the parser reports it), and the command goes on to the next period.
+    auto open = splitCommands("X OUTFILE='a.\nY.\nZ.");
+    ASSERT_EQ(open.size(), 2u);
+    EXPECT_EQ(open[0].text, "X OUTFILE='a.\nY.");
+    EXPECT_EQ(open[1].text, "Z.");
+    EXPECT_EQ(open[1].firstLine, 3);
 }
 
 TEST(CommandSplitter, BlankLinesAreSkippedAndLinesCounted) {
@@ -73,4 +73,10 @@ TEST(CommandSplitter, IndentOfTheFirstLineIsKeptForColumns) {
     ASSERT_EQ(commands.size(), 1u);
     EXPECT_EQ(commands[0].text, "   X a.");
     EXPECT_EQ(commands[0].firstLine, 2);
+}
+
+TEST(CommandSplitter, IndentedCommentIsDropped) {
+    auto commands = splitCommands("  * indented comment.\n  comment too.\nX a.\n");
+    ASSERT_EQ(commands.size(), 1u);
+    EXPECT_EQ(commands[0].text, "X a.");
 }

@@ -75,10 +75,12 @@ TEST_F(EntryRun, SuccessfulRunWritesNoStepLineAndHandsOverOutput) {
 }
 
 TEST_F(EntryRun, SaveFailureKeepsTheTablesAndAddsTheStep6Line) {
-    // An OUTFILE that names an existing folder cannot be written.
+    // The file name is usable, but its dictionary's name is taken by a folder,
+    // so the host cannot write the file.
     const std::string folder = makeTempDir();
+    std::filesystem::create_directory(folder + "/dist.schema.json");
     const std::string err = run("DISTANCE CORRELATION VARIABLE=x y /PRINT DISTCORRCOEFF DISTMATRIX(CONFIGURE=[x] SAVE=TRUE OUTFILE='" +
-                                folder + "').");
+                                folder + "/dist.csv').");
     EXPECT_EQ(err, "distancecorr_entry: Step6 Unknown error occurred.\n");
     ASSERT_TRUE(hasOutput());
     const auto& items = (*host::HostSession::instance().outputDocument())["items"];

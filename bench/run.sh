@@ -1,0 +1,103 @@
+#!/usr/bin/env bash
+# Runs the DISTANCE CORRELATION benchmark and prints the table of workloads.
+#
+#   bench/run.sh [BUILD_DIR]
+#
+# BUILD_DIR (default: build-bench in the repository) is configured and the
+# benchmark program, distcorr and the plug-in are built in it. Each workload
+# runs in its own process, so that the peak memory belongs to it alone. The
+# peer (R package energy, Debian r-cran-energy) runs on the same data in the
+# same run; without Rscript the peer columns stay empty.
+#
+# Times are CPU seconds of the process (user + system) unless marked wall:
+# on a shared machine they are steadier than wall-clock times. Ratios are
+# formed from numbers measured in this run.
+set -euo pipefail
+
+ROOT="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
+BUILD="${1:-$ROOT/build-bench}"
+JOBS="${JOBS:-2}"
+
+cmake -S "$ROOT" -B "$BUILD" >/dev/null
+cmake --build "$BUILD" --target DistanceCorrBench distcorr distancecorrelation -j"$JOBS" >/dev/null
+
+BENCH="$BUILD/bin/DistanceCorrBench"
+DISTCORR="$BUILD/bin/distcorr"
+WORK="$(mktemp -d "${TMPDIR:-/tmp}/distcorr-bench.XXXXXX")"
+trap 'rm -rf "$WORK"' EXIT
+
+# value KEY LINE: the value of KEY=... in a line of key=value pairs.
+value() { sed -n "s/.*[[:space:]]$1=\([^[:space:]]*\).*/\1/p;s/^$1=\([^[:space:]]*\).*/\1/p" <<<"$2" | head -n1; }
+# calc EXPRESSION with awk's floating point; prints "-" when an input is missing.
+calc() { awk "BEGIN { if (\"$2\" == \"\" || \"$3\" == \"\") { print \"-\"; exit } a = $2; b = $3; printf \"$1\", $4 }"; }
+mb() { calc "%.0f" "${1:-}" 1 "a / 1048576"; }
+
+have_r=0
+if command -v Rscript >/dev/null && Rscript -e 'suppressMessages(library(energy))' >/dev/null 2>&1; then have_r=1; fi
+
+# peer MODE WORKLOAD: energy on the workload's data; prints its line plus peak_bytes.
+peer() {
+    [[ $have_r == 1 ]] || { echo ""; return; }
+    local out
+    out="$("$BENCH" measure Rscript "$ROOT/bench/energy_peer.R" "$1" "$WORK/$2.csv" 2>/dev/null)"
+    echo "$(grep '^peer=' <<<"$out") peak_bytes=$(value peak_bytes "$(grep '^exit=' <<<"$out")")"
+}
+
+for w in W1 W2 W3; do "$BENCH" data "$w" "$WORK/$w.csv"; done
+
+echo "Machine:  $(lscpu | sed -n 's/^Model name:[[:space:]]*//p'), $(nproc) cores, $(awk '/MemTotal/ {printf "%.0f GB", $2/1048576}' /proc/meminfo)"
+build_type="$(sed -n 's/^CMAKE_BUILD_TYPE:[^=]*=//p' "$BUILD/CMakeCache.txt")"
+echo "Commit:   $(git -C "$ROOT" rev-parse --short HEAD 2>/dev/null || echo unknown), build type ${build_type:-RelWithDebInfo (the project default)}"
+[[ $have_r == 1 ]] && echo "Peer:     R $(Rscript -e 'cat(paste(R.version$major, R.version$minor, sep="."))'), energy $(Rscript -e 'cat(as.character(packageVersion("energy")))')"
+echo "Date:     $(date -u '+%Y-%m-%d %H:%M UTC')"
+echo
+
+w1="$("$BENCH" run W1)";   p1="$(peer dcor W1)"
+w2="$("$BENCH" run W2)";   p2="$(peer dcor-pairs W2)"
+w3="$("$BENCH" run W3)";   p3="$(peer dcov-test W3)"
+w4="$("$BENCH" run W4 2>/dev/null)"
+w4l="$("$BENCH" run W4 --literal --permutations 3 2>/dev/null)"
+w5="$("$BENCH" run W5)"
+w5b="$("$BENCH" run W5b)"
+w6="$("$BENCH" measure "$DISTCORR" --data "$WORK/W1.csv" --quiet --output "$WORK/w6.json" -e \
+    "DISTANCE CORRELATION VARIABLE=x1 x2 /PRINT DETAILS DISTCORRCOEFF CORREST DISTVAR DISTMATRIX(CONFIGURE=[x1 x2] SAVE=TRUE OUTFILE='$WORK/w6-dist.csv') /PLOT SCATTERPLOT(XAXIS=x1 YAXIS=x2)." 2>/dev/null)"
+w6files="$(du -cb "$WORK/w6.json" "$WORK/w6-dist.csv" 2>/dev/null | tail -n1 | cut -f1)"
+
+row() { printf '| %-4s | %-44s | %9s | %9s | %8s | %9s | %9s | %8s | %9s |\n' "$@"; }
+row "Work" "What" "Ours s" "Ours wall" "Peak MB" "Peer s" "Peer wall" "Peer MB" "Ours/peer"
+row "----" "--------------------------------------------" "---------" "---------" "--------" "---------" "---------" "--------" "---------"
+for pair in "W1|2 x 5792, observed statistics, NONE|$w1|$p1" "W2|30 x 1495, observed statistics (435 pairs)|$w2|$p2" \
+            "W3|2 x 2000, permutation test, 999 permutations|$w3|$p3"; do
+    IFS='|' read -r name what ours theirs <<<"$pair"
+    row "$name" "$what" "$(value engine_cpu "$ours")" "$(value engine_wall "$ours")" "$(mb "$(value peak_bytes "$ours")")" \
+        "$(value cpu "$theirs")" "$(value wall "$theirs")" "$(mb "$(value peak_bytes "$theirs")")" \
+        "$(calc "%.4f" "$(value engine_cpu "$ours")" "$(value cpu "$theirs")" "a / b")"
+done
+row "W4" "2 x 5792, 1000 permutations (stage level)" "$(value perm_cpu "$w4")" "$(value perm_wall "$w4")" \
+    "$(mb "$(value peak_bytes "$w4")")" "" "" "" ""
+row "W5" "10 x 500, 1000 permutations, 45 pairs" "$(value engine_cpu "$w5")" "$(value engine_wall "$w5")" \
+    "$(mb "$(value peak_bytes "$w5")")" "" "" "" ""
+row "W5b" "10 x 2000, 1000 permutations, 45 pairs" "$(value engine_cpu "$w5b")" "$(value engine_wall "$w5b")" \
+    "$(mb "$(value peak_bytes "$w5b")")" "" "" "" ""
+row "W6" "distcorr on W1: all tables, plot, saved file" "$(value cpu "$w6")" "$(value wall "$w6")" \
+    "$(mb "$(value peak_bytes "$w6")")" "" "" "" ""
+echo
+
+# verdict ACTUAL TARGET: a speed-up that must be at least TARGET.
+verdict() { awk -v a="$1" -v t="$2" 'BEGIN { if (a == "" || a == "-") { print "not measured"; exit }
+    printf "%.1fx (target >= %sx): %s\n", a, t, (a + 0 >= t + 0 ? "met" : "NOT met") }'; }
+
+echo "W1: speed-up over energy::dcor (CPU)       $(verdict "$(calc "%.2f" "$(value cpu "$p1")" "$(value engine_cpu "$w1")" "a / b")" 10)"
+limit="$(calc "%.0f" "$(value guard_bytes "$w1")" "$(value input_bytes "$w1")" "1.25 * a + b")"
+echo "W1: peak memory $(mb "$(value peak_bytes "$w1")") MB, limit 1.25 x guard + input = $(mb "$limit") MB: $(awk -v p="$(value peak_bytes "$w1")" -v l="$limit" 'BEGIN { print (p + 0 <= l + 0 ? "met" : "NOT met") }')"
+echo "W1: dCor ours $(value dcor_first_pair "$w1"), energy dcor^2 $(value value "$p1")"
+echo "W2: speed-up over energy::dcor, 435 pairs  $(verdict "$(calc "%.2f" "$(value cpu "$p2")" "$(value engine_cpu "$w2")" "a / b")" 1)"
+echo "W3: speed-up over energy::dcov.test (CPU)  $(verdict "$(calc "%.2f" "$(value cpu "$p3")" "$(value engine_cpu "$w3")" "a / b")" 25)"
+echo "W3: permutation stage $(value per_pair_perm_us "$w3") us per permutation; observed stages $(value observed_cpu "$w3") s"
+echo "W4: per permutation: fast $(value per_pair_perm_us "$w4") us, matrix recipe $(value per_pair_perm_us "$w4l") us (3 permutations)"
+echo "W4: speed-up over the matrix recipe         $(verdict "$(calc "%.1f" "$(value per_pair_perm_us "$w4l")" "$(value per_pair_perm_us "$w4")" "a / b")" 30)"
+echo "W4: the whole engine refuses W4 (memory guard, status $(value engine_status "$w4")): the stages are timed directly"
+echo "W5: per pair per permutation: $(value per_pair_perm_us "$w5") us at n=500, $(value per_pair_perm_us "$w5b") us at n=2000;" \
+     "ratio $(calc "%.2f" "$(value per_pair_perm_us "$w5b")" "$(value per_pair_perm_us "$w5")" "a / b")" \
+     "(n log n predicts $(awk 'BEGIN { printf "%.2f", 4 * log(2000) / log(500) }'), n^2 predicts 16)"
+echo "W6: exit $(value exit "$w6"), output document and saved file $(mb "$w6files") MB"

@@ -67,6 +67,9 @@ private:
     static Cell* numberCell(Table* table, double value);
     // A shown column group with the looked-up "Lower" and "Upper" below it.
     Descendants* intervalGroup(Table* table, const std::string& label) const;
+    // Columns, rows and cells of the coefficients table (withCovariance false)
+    // or the estimates table (true): one row per variable pair.
+    int fillPairTable(Table& table, bool withCovariance, const std::string& rowLabel);
     // "x vs. y", the row header of a variable pair.
     std::string pairLabel(const DistanceCorrResult& result) const;
 

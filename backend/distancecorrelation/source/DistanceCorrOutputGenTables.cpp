@@ -79,48 +79,12 @@ int DistanceCorrOutputGen::generateDistanceCorrCoefficients() {
     frameTable(*table, lookUp("Distance Correlation Coefficients"), 100, 4);
 
     const SubCommands::CriteriaSettings& criteria = settings_.criteriaSettings();
-    const bool perm = criteria.get_permEnabled();
     table->addFootnoteRefs(0);
-    if (perm) {
+    if (criteria.get_permEnabled()) {
         table->add_footnote(getCompositTrans(lookUp("Number of Replicates ^1"),
                                              replicatesText(criteria.get_permMaxIterations()), ""));
     }
-    const std::string permLabel = getCompositTrans(lookUp("Permutation Confidence Interval ^1"),
-                                                   _round(criteria.get_permSigLevel()), "");
-    const std::string ciLabel =
-        getCompositTrans(lookUp("Confidence Interval ^1"), _round(criteria.get_ciLevel()), "");
-
-    Table* t = table.get();
-    Cells* cells = new (std::nothrow) Cells(t);
-    Descendants* rows = new (std::nothrow) Descendants(t);
-    Descendants* columns = new (std::nothrow) Descendants(t);
-    if (!cells || !rows || !columns) return 1;
-
-    Descendants* permGroup = perm ? intervalGroup(t, permLabel) : nullptr;
-    Descendants* ciGroup = intervalGroup(t, ciLabel);
-    columns->addCell(textCell(t, lookUp("dCor Value")));
-    if (permGroup) columns->addCell(permGroup);
-    columns->addCell(ciGroup);
-    if (perm) columns->addCell(textCell(t, lookUp("Sig.")));
-
-    rows->set_label(lookUp("Variable"));
-    rows->setShowLabel(true);
-
-    for (const DistanceCorrResult& r : results_) {
-        std::vector<Cell*> row{numberCell(t, r.dCor)};
-        if (perm) {
-            row.push_back(numberCell(t, r.permLower));
-            row.push_back(numberCell(t, r.permUpper));
-        }
-        row.push_back(numberCell(t, r.ciLower));
-        row.push_back(numberCell(t, r.ciUpper));
-        if (perm) row.push_back(numberCell(t, r.pValue));
-        cells->addCells(row);
-        rows->addCell(textCell(t, pairLabel(r)));
-    }
-
-    finishTable(*table, rows, columns, cells);
-    return 0;
+    return fillPairTable(*table, false, lookUp("Variable"));
 }
 
 int DistanceCorrOutputGen::generateSampleEstimates() {
@@ -131,7 +95,10 @@ int DistanceCorrOutputGen::generateSampleEstimates() {
         new (std::nothrow) Table(generator_.get(), "Distance Correlation Estimation Summary"));
     if (!table) return 1;
     frameTable(*table, lookUp("Distance Correlation Estimates"), 100, 4);
+    return fillPairTable(*table, true, lookUp("Variable Pair"));
+}
 
+int DistanceCorrOutputGen::fillPairTable(Table& table, bool withCovariance, const std::string& rowLabel) {
     const SubCommands::CriteriaSettings& criteria = settings_.criteriaSettings();
     const bool perm = criteria.get_permEnabled();
     const std::string permLabel = getCompositTrans(lookUp("Permutation Confidence Interval ^1"),
@@ -139,25 +106,32 @@ int DistanceCorrOutputGen::generateSampleEstimates() {
     const std::string ciLabel =
         getCompositTrans(lookUp("Confidence Interval ^1"), _round(criteria.get_ciLevel()), "");
 
-    Table* t = table.get();
+    Table* t = &table;
     Cells* cells = new (std::nothrow) Cells(t);
     Descendants* rows = new (std::nothrow) Descendants(t);
     Descendants* columns = new (std::nothrow) Descendants(t);
     if (!cells || !rows || !columns) return 1;
 
+    // The permutation group is made first and stands before the ordinary interval.
     Descendants* permGroup = perm ? intervalGroup(t, permLabel) : nullptr;
     Descendants* ciGroup = intervalGroup(t, ciLabel);
-    columns->addCell(textCell(t, lookUp("dCov")));
-    columns->addCell(textCell(t, lookUp("dCor")));
+    if (withCovariance) {
+        columns->addCell(textCell(t, lookUp("dCov")));
+        columns->addCell(textCell(t, lookUp("dCor")));
+    } else {
+        columns->addCell(textCell(t, lookUp("dCor Value")));
+    }
     if (permGroup) columns->addCell(permGroup);
     columns->addCell(ciGroup);
     if (perm) columns->addCell(textCell(t, lookUp("Sig.")));
 
-    rows->set_label(lookUp("Variable Pair"));
+    rows->set_label(rowLabel);
     rows->setShowLabel(true);
 
     for (const DistanceCorrResult& r : results_) {
-        std::vector<Cell*> row{numberCell(t, r.dCov), numberCell(t, r.dCor)};
+        std::vector<Cell*> row;
+        if (withCovariance) row.push_back(numberCell(t, r.dCov));
+        row.push_back(numberCell(t, r.dCor));
         if (perm) {
             row.push_back(numberCell(t, r.permLower));
             row.push_back(numberCell(t, r.permUpper));
@@ -169,7 +143,7 @@ int DistanceCorrOutputGen::generateSampleEstimates() {
         rows->addCell(textCell(t, pairLabel(r)));
     }
 
-    finishTable(*table, rows, columns, cells);
+    finishTable(table, rows, columns, cells);
     return 0;
 }
 

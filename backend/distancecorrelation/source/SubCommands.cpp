@@ -374,20 +374,10 @@ unsigned SubCommands::fetchDataFromActiveDataSet(std::vector<int>& indices,
 }
 
 unsigned SubCommands::fetchDataFromActiveDataSet(int index, std::vector<double>& data) {
+    // One variable: the first value of each delivered case.
     std::vector<int> indices{index};
-    auto factory = std::make_unique<AlgoDataAccessFactory>();
-    // The host's input adapter takes the source as non-const; reading does not change it.
-    auto* source = const_cast<ProcedureDataSource*>(&dataSource_);
-    const AlgoDataAccess* access = factory->getAlgoDataAccess(indices, source, true, true, true);
-    if (access == nullptr) return 1;
-    const MultiPassRecordIter* iterator = access->GetRecordIterator();
-    if (iterator == nullptr) return 1;
-
-    while (iterator->Next()) {
-        const Record* record = iterator->GetCurrentRecord();
-        if (record == nullptr) continue;
-        const double* values = record->GetAll();
-        if (values != nullptr && record->Size() > 0) data.push_back(values[0]);
-    }
-    return 0;
+    std::vector<std::vector<double>> columns;
+    const unsigned status = fetchDataFromActiveDataSet(indices, columns);
+    if (!columns.empty()) data.insert(data.end(), columns[0].begin(), columns[0].end());
+    return status;
 }

@@ -31,6 +31,7 @@ value() { sed -n "s/.*[[:space:]]$1=\([^[:space:]]*\).*/\1/p;s/^$1=\([^[:space:]
 # calc EXPRESSION with awk's floating point; prints "-" when an input is missing.
 calc() { awk "BEGIN { if (\"$2\" == \"\" || \"$3\" == \"\") { print \"-\"; exit } a = $2; b = $3; printf \"$1\", $4 }"; }
 mb() { calc "%.0f" "${1:-}" 1 "a / 1048576"; }
+s3() { calc "%.3f" "${1:-}" 1 "a"; }
 
 have_r=0
 if command -v Rscript >/dev/null && Rscript -e 'suppressMessages(library(energy))' >/dev/null 2>&1; then have_r=1; fi
@@ -69,17 +70,18 @@ row "----" "--------------------------------------------" "---------" "---------
 for pair in "W1|2 x 5792, observed statistics, NONE|$w1|$p1" "W2|30 x 1495, observed statistics (435 pairs)|$w2|$p2" \
             "W3|2 x 2000, permutation test, 999 permutations|$w3|$p3"; do
     IFS='|' read -r name what ours theirs <<<"$pair"
-    row "$name" "$what" "$(value engine_cpu "$ours")" "$(value engine_wall "$ours")" "$(mb "$(value peak_bytes "$ours")")" \
-        "$(value cpu "$theirs")" "$(value wall "$theirs")" "$(mb "$(value peak_bytes "$theirs")")" \
+    row "$name" "$what" "$(s3 "$(value engine_cpu "$ours")")" "$(s3 "$(value engine_wall "$ours")")" \
+        "$(mb "$(value peak_bytes "$ours")")" "$(s3 "$(value cpu "$theirs")")" "$(s3 "$(value wall "$theirs")")" \
+        "$(mb "$(value peak_bytes "$theirs")")" \
         "$(calc "%.4f" "$(value engine_cpu "$ours")" "$(value cpu "$theirs")" "a / b")"
 done
-row "W4" "2 x 5792, 1000 permutations (stage level)" "$(value perm_cpu "$w4")" "$(value perm_wall "$w4")" \
+row "W4" "2 x 5792, 1000 permutations (perm. stage)" "$(s3 "$(value perm_cpu "$w4")")" "$(s3 "$(value perm_wall "$w4")")" \
     "$(mb "$(value peak_bytes "$w4")")" "" "" "" ""
-row "W5" "10 x 500, 1000 permutations, 45 pairs" "$(value engine_cpu "$w5")" "$(value engine_wall "$w5")" \
+row "W5" "10 x 500, 1000 permutations, 45 pairs" "$(s3 "$(value engine_cpu "$w5")")" "$(s3 "$(value engine_wall "$w5")")" \
     "$(mb "$(value peak_bytes "$w5")")" "" "" "" ""
-row "W5b" "10 x 2000, 1000 permutations, 45 pairs" "$(value engine_cpu "$w5b")" "$(value engine_wall "$w5b")" \
+row "W5b" "10 x 2000, 1000 permutations, 45 pairs" "$(s3 "$(value engine_cpu "$w5b")")" "$(s3 "$(value engine_wall "$w5b")")" \
     "$(mb "$(value peak_bytes "$w5b")")" "" "" "" ""
-row "W6" "distcorr on W1: all tables, plot, saved file" "$(value cpu "$w6")" "$(value wall "$w6")" \
+row "W6" "distcorr on W1: all tables, plot, saved file" "$(s3 "$(value cpu "$w6")")" "$(s3 "$(value wall "$w6")")" \
     "$(mb "$(value peak_bytes "$w6")")" "" "" "" ""
 echo
 
@@ -93,11 +95,11 @@ echo "W1: peak memory $(mb "$(value peak_bytes "$w1")") MB, limit 1.25 x guard +
 echo "W1: dCor ours $(value dcor_first_pair "$w1"), energy dcor^2 $(value value "$p1")"
 echo "W2: speed-up over energy::dcor, 435 pairs  $(verdict "$(calc "%.2f" "$(value cpu "$p2")" "$(value engine_cpu "$w2")" "a / b")" 1)"
 echo "W3: speed-up over energy::dcov.test (CPU)  $(verdict "$(calc "%.2f" "$(value cpu "$p3")" "$(value engine_cpu "$w3")" "a / b")" 25)"
-echo "W3: permutation stage $(value per_pair_perm_us "$w3") us per permutation; observed stages $(value observed_cpu "$w3") s"
-echo "W4: per permutation: fast $(value per_pair_perm_us "$w4") us, matrix recipe $(value per_pair_perm_us "$w4l") us (3 permutations)"
+echo "W3: permutation stage $(calc "%.1f" "$(value per_pair_perm_us "$w3")" 1 a) us per permutation; observed stages $(s3 "$(value observed_cpu "$w3")") s"
+echo "W4: per permutation: fast $(calc "%.1f" "$(value per_pair_perm_us "$w4")" 1 a) us, matrix recipe $(calc "%.0f" "$(value per_pair_perm_us "$w4l")" 1 a) us (timed on 3 permutations)"
 echo "W4: speed-up over the matrix recipe         $(verdict "$(calc "%.1f" "$(value per_pair_perm_us "$w4l")" "$(value per_pair_perm_us "$w4")" "a / b")" 30)"
 echo "W4: the whole engine refuses W4 (memory guard, status $(value engine_status "$w4")): the stages are timed directly"
-echo "W5: per pair per permutation: $(value per_pair_perm_us "$w5") us at n=500, $(value per_pair_perm_us "$w5b") us at n=2000;" \
+echo "W5: per pair per permutation: $(calc "%.1f" "$(value per_pair_perm_us "$w5")" 1 a) us at n=500, $(calc "%.1f" "$(value per_pair_perm_us "$w5b")" 1 a) us at n=2000;" \
      "ratio $(calc "%.2f" "$(value per_pair_perm_us "$w5b")" "$(value per_pair_perm_us "$w5")" "a / b")" \
      "(n log n predicts $(awk 'BEGIN { printf "%.2f", 4 * log(2000) / log(500) }'), n^2 predicts 16)"
 echo "W6: exit $(value exit "$w6"), output document and saved file $(mb "$w6files") MB"

@@ -47,7 +47,8 @@ void HostSession::addMessage(MessageLevel level, const std::string& commandName,
                                                           : "Note: ";
     *impl_->err << prefix;
     const std::string& name = commandName.empty() ? impl_->commandName : commandName;
-    if (!name.empty()) *impl_->err << name << ": ";
+    // A text that starts with the command's name does not repeat it.
+    if (!name.empty() && text.compare(0, name.size(), name) != 0) *impl_->err << name << ": ";
     *impl_->err << text << '\n';
 }
 

@@ -61,6 +61,7 @@ inline std::string fixture(const std::string& name) { return std::string(DC_FIXT
 
 inline rapidjson::Document parseJsonFile(const std::string& path) {
     rapidjson::Document doc;
-    doc.Parse(readWholeFile(path).c_str());
+    // Full precision: every number reads back to the double that was written.
+    doc.Parse<rapidjson::kParseFullPrecisionFlag>(readWholeFile(path).c_str());
     return doc;
 }

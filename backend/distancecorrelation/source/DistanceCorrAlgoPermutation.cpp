@@ -35,6 +35,14 @@ void sizeSquare(DistanceCorrAlgo::Matrix& matrix, std::size_t n) {
     }
 }
 
+bool isSquare(const DistanceCorrAlgo::Matrix& matrix, std::size_t n) {
+    if (matrix.size() != n) return false;
+    for (const auto& row : matrix) {
+        if (row.size() != n) return false;
+    }
+    return true;
+}
+
 // Positions of the two selections of the percentile interval over count
 // statistics at significance level alpha.
 std::pair<std::size_t, std::size_t> selectionIndices(double alpha, std::size_t count) {
@@ -117,9 +125,10 @@ void DistanceCorrAlgo::permutationTest(const Matrix& data, const std::vector<dou
         };
 
         // The kernel declines data it cannot promise to match (non-finite
-        // values, a variance at the zero threshold): the recipe runs instead.
+        // values, a variance at the zero threshold): the recipe runs instead,
+        // as it does for a fixed matrix of the wrong shape, which it reports.
         std::optional<DistanceCorrPermutationKernel> kernel;
-        if (fast && iterations > 0) kernel.emplace(data[i], data[j]);
+        if (fast && iterations > 0 && isSquare(centered[i], n)) kernel.emplace(data[i], data[j]);
         if (kernel && kernel->usable()) {
             checkpoints.clear();
             for (std::uint64_t t = 0; t < iterations; ++t) {

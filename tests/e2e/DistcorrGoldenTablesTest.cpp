@@ -102,8 +102,8 @@ TEST(GoldenFiveTables, HandValuesInTheFourTables) {
 }
 
 TEST(GoldenFiveTables, NoPlotRequestedMeansNoChart) {
-    for (const auto& item : outputOf(expectedDocument("five_tables"))["items"].GetArray())
-        EXPECT_STRNE(item["type"].GetString(), "chart");
+    const auto doc = expectedDocument("five_tables");
+    for (const auto& item : outputOf(doc)["items"].GetArray()) EXPECT_STRNE(item["type"].GetString(), "chart");
 }
 
 TEST(GoldenFiveNoTables, NoPrintKeywordsStillGiveAnEmptyProcedureDocument) {
@@ -139,7 +139,8 @@ TEST(GoldenPermutation, ReplicatesFootnoteAndColumnOrder) {
 
 TEST(GoldenPermutation, PermutationWithoutQualifiersUsesTheDefaults) {
     // Seed 2000000 is checked by the recomputed p-value and bounds.
-    const auto& coeff = *findItem(expectedDocument("twelve_permutation_defaults"), "Distance Correlation Coefficients");
+    const auto doc = expectedDocument("twelve_permutation_defaults");
+    const auto& coeff = *findItem(doc, "Distance Correlation Coefficients");
     EXPECT_EQ(stringArray(coeff["footnotes"]), Strings{"Number of Replicates 1000"});
     EXPECT_EQ(leafColumnLabels(coeff["columnDimension"]), concat({{"dCor Value"}, kPerm05, kCi95, {"Sig."}}));
 }

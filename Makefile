@@ -1,7 +1,6 @@
 # Entry points: `make demo` runs a demo analysis, `make test` builds and runs every test.
 BUILD ?= build
 JOBS ?= 2
-DEB_PACKAGES = g++ cmake make binutils libgtest-dev libgmock-dev libboost-math-dev rapidjson-dev libcli11-dev chromium
 CMAKE_FLAGS ?= -DDC_WERROR=ON
 
 .PHONY: all deps build demo test asan bench clean
@@ -10,13 +9,7 @@ all: build
 
 # Installs the Debian packages that are missing (needs root, as on CI).
 deps:
-	@missing=""; for p in $(DEB_PACKAGES); do \
-	  dpkg-query -W -f='$${Status}' $$p 2>/dev/null | grep -q "install ok installed" || missing="$$missing $$p"; \
-	done; \
-	if [ -n "$$missing" ]; then \
-	  echo "Installing:$$missing"; \
-	  apt-get update -qq && DEBIAN_FRONTEND=noninteractive apt-get install -y -qq $$missing >/dev/null; \
-	fi
+	@./dev install
 
 build: deps
 	cmake -S . -B $(BUILD) $(CMAKE_FLAGS)

@@ -60,7 +60,9 @@ std::size_t pairsForTheKernel(const CorpusCase& c) {
     engine.algo.performNormalization(data);
     std::size_t accepted = 0;
     for (std::size_t i = 0; i < data.size(); ++i) {
-        for (std::size_t j = i + 1; j < data.size(); ++j) accepted += DistanceCorrPermutationKernel(data[i], data[j]).usable();
+        for (std::size_t j = i + 1; j < data.size(); ++j) {
+            if (DistanceCorrPermutationKernel(data[i], data[j]).usable()) ++accepted;
+        }
     }
     return accepted;
 }

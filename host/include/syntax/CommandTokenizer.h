@@ -31,6 +31,8 @@ private:
     bool fail(const std::string& text, int column);
     Token startToken(TokenKind kind) const;
     void advance(std::size_t count);
+    // Consumes one blank or line end at the current position; false if there is none.
+    bool skipSpace();
 
     std::string text_;
     std::size_t pos_ = 0;

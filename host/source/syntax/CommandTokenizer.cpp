@@ -51,20 +51,26 @@ bool CommandTokenizer::fail(const std::string& text, int column) {
     return false;
 }
 
+bool CommandTokenizer::skipSpace() {
+    const char c = text_[pos_];
+    if (c == '\n') {
+        ++pos_;
+        ++line_;
+        column_ = 1;
+        return true;
+    }
+    if (isBlank(c)) {
+        advance(1);
+        return true;
+    }
+    return false;
+}
+
 bool CommandTokenizer::run() {
     tokens_.clear();
     while (pos_ < text_.size()) {
+        if (skipSpace()) continue;
         const char c = text_[pos_];
-        if (c == '\n') {
-            ++pos_;
-            ++line_;
-            column_ = 1;
-            continue;
-        }
-        if (isBlank(c)) {
-            advance(1);
-            continue;
-        }
         if (atTerminator(pos_)) {
             Token end = startToken(TokenKind::End);
             end.text = end.value = ".";
@@ -174,14 +180,7 @@ bool CommandTokenizer::readString() {
 
 bool CommandTokenizer::checkNothingFollows() {
     while (pos_ < text_.size()) {
-        const char c = text_[pos_];
-        if (c == '\n') {
-            ++pos_;
-            ++line_;
-            column_ = 1;
-        } else if (isBlank(c)) {
-            advance(1);
-        } else {
+        if (!skipSpace()) {
             std::size_t stop = pos_;
             while (stop < text_.size() && !isBlank(text_[stop]) && text_[stop] != '\n') ++stop;
             return fail("text \"" + text_.substr(pos_, stop - pos_) +

@@ -117,6 +117,16 @@ public:
     void computeDescriptiveStatistics(const Matrix& columns, std::uint64_t n);
 
 private:
+    // The means, centred matrices, dCov and dVar of n x n distance matrices
+    // (all of the same n), computed in fused passes with the same arithmetic
+    // as the step-by-step operations. False, and nothing written, for any
+    // other shape.
+    bool computeObservedStatistics(const std::vector<Matrix>& distanceMatrices, std::vector<Matrix>& centered,
+                                   Matrix& rowMeans, Matrix& colMeans, std::vector<double>& grandMeans,
+                                   std::vector<double>& dCov, std::vector<double>& dVar) const;
+    // The test that compares the fused passes with the steps bit for bit.
+    friend class DistanceCorrAlgoObservedProbe;
+
     template <typename Matrices>
     void fillResultRecords(Matrices&& distanceMatrices, std::vector<Matrix>& centered,
                            std::vector<double>& dCor);

@@ -1,36 +1,98 @@
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
+#include <cstring>
 #include <stdexcept>
 #include <string>
 #include <type_traits>
 #include <utility>
 
 #include "DistanceCorrAlgo.h"
+#include "DistanceCorrMatrixStorage.h"
+#include "DistanceCorrRowKernels.h"
+
+namespace {
+
+using Matrix = DistanceCorrAlgo::Matrix;
+
+// The n x n distance matrix of one variable, into rows reserved by `storage`.
+// For one variable the Euclidean distance is the absolute difference.
+void fillDistanceMatrix(const std::vector<double>& values, Matrix& distances, DistanceCorrMatrixStorage& storage) {
+    const DistanceCorrRowKernels& k = DistanceCorrRowKernels::instance();
+    const std::size_t n = values.size();
+    for (std::size_t i = 0; i < n; ++i) {
+        storage.prepare(distances[i], n);
+        k.distanceRow(values.data(), n, i, distances[i].data());
+    }
+}
+
+// Every matrix n x n with the same n >= 1: the shape the fused passes handle.
+bool allSquare(const std::vector<Matrix>& matrices, std::size_t& n) {
+    n = matrices.empty() ? 0 : matrices[0].size();
+    if (n == 0) return false;
+    for (const Matrix& m : matrices) {
+        if (m.size() != n) return false;
+        for (const auto& row : m) {
+            if (row.size() != n) return false;
+        }
+    }
+    return true;
+}
+
+// Row, column and grand means of one square matrix, as calculateRowMean,
+// calculateColumnMean and calculateGlobalMean compute them.
+void calculateMeans(const Matrix& d, std::vector<double>& rowMeans, std::vector<double>& colMeans,
+                    double& grandMean) {
+    const DistanceCorrRowKernels& k = DistanceCorrRowKernels::instance();
+    const std::size_t n = d.size();
+    std::vector<double> rowSums(n);
+    std::vector<double> colSums(n, 0.0);
+    std::vector<const double*> rows(k.groupRows);
+    std::size_t i = 0;
+    for (; i + k.groupRows <= n; i += k.groupRows) {
+        for (std::size_t r = 0; r < k.groupRows; ++r) rows[r] = d[i + r].data();
+        k.sumRowGroup(rows.data(), n, rowSums.data() + i, colSums.data());
+    }
+    for (; i < n; ++i) rowSums[i] = k.sumRow(d[i].data(), n, colSums.data());
+
+    const double count = static_cast<double>(n);
+    double total = 0.0;
+    rowMeans.resize(n);
+    colMeans.resize(n);
+    for (i = 0; i < n; ++i) {
+        total += rowSums[i];
+        rowMeans[i] = rowSums[i] / count;
+        colMeans[i] = colSums[i] / count;
+    }
+    grandMean = total / static_cast<double>(n * n);
+}
+
+}  // namespace
 
 void DistanceCorrAlgo::performEuclideanDistanceAnalysis(const Matrix& data,
                                                         std::vector<Matrix>& distanceMatrices) const {
     if (data.size() < 2) throw std::runtime_error("Dataset too small");
     distanceMatrices.resize(data.size());
-    for (std::size_t v = 0; v < data.size(); ++v) {
-        calculateEuclideanDistanceMatrix(data[v], distanceMatrices[v]);
+    const std::size_t n = data[0].size();
+    bool sameLength = n > 0;
+    for (const auto& values : data) sameLength = sameLength && values.size() == n;
+    if (!sameLength) {
+        for (std::size_t v = 0; v < data.size(); ++v) calculateEuclideanDistanceMatrix(data[v], distanceMatrices[v]);
+        return;
     }
+    // The rows of all matrices are reserved together.
+    std::vector<Matrix*> targets;
+    for (Matrix& d : distanceMatrices) targets.push_back(&d);
+    DistanceCorrMatrixStorage storage(targets, n, n);
+    for (std::size_t v = 0; v < data.size(); ++v) fillDistanceMatrix(data[v], distanceMatrices[v], storage);
 }
 
 void DistanceCorrAlgo::calculateEuclideanDistanceMatrix(const std::vector<double>& values,
                                                         Matrix& distances) const {
     const std::size_t n = values.size();
     if (n == 0) throw std::runtime_error("Insufficient data points");
-    distances.resize(n);
-    for (auto& row : distances) row.resize(n);
-    // For one variable the Euclidean distance is the absolute difference.
-    for (std::size_t i = 0; i < n; ++i) {
-        distances[i][i] = 0.0;
-        for (std::size_t j = i + 1; j < n; ++j) {
-            const double d = std::abs(values[j] - values[i]);
-            distances[i][j] = d;
-            distances[j][i] = d;
-        }
-    }
+    DistanceCorrMatrixStorage storage({&distances}, n, n);
+    fillDistanceMatrix(values, distances, storage);
 }
 
 void DistanceCorrAlgo::calculateRowMean(const std::vector<Matrix>& distanceMatrices, Matrix& rowMeans) const {
@@ -222,6 +284,59 @@ void DistanceCorrAlgo::calculateDistanceCorrelation(const std::vector<double>& d
     }
 }
 
+bool DistanceCorrAlgo::computeObservedStatistics(const std::vector<Matrix>& distanceMatrices,
+                                                 std::vector<Matrix>& centered, Matrix& rowMeans, Matrix& colMeans,
+                                                 std::vector<double>& grandMeans, std::vector<double>& dCov,
+                                                 std::vector<double>& dVar) const {
+    std::size_t n = 0;
+    if (!allSquare(distanceMatrices, n)) return false;
+    const DistanceCorrRowKernels& k = DistanceCorrRowKernels::instance();
+    const std::size_t v = distanceMatrices.size();
+    rowMeans.assign(v, {});
+    colMeans.assign(v, {});
+    grandMeans.assign(v, 0.0);
+    for (std::size_t m = 0; m < v; ++m) calculateMeans(distanceMatrices[m], rowMeans[m], colMeans[m], grandMeans[m]);
+
+    centered.resize(v);
+    std::vector<Matrix*> targets;
+    for (Matrix& a : centered) targets.push_back(&a);
+    DistanceCorrMatrixStorage storage(targets, n, n);
+
+    // Each row of every centred matrix is written once; its sum of squares and
+    // its products with the same row of the other matrices are taken while
+    // the row is still in the cache.
+    const bool plainVariance = n < 100;  // one running sum over all elements
+    std::vector<double> squares(v, 0.0);
+    std::vector<double> products(v * (v - 1) / 2, 0.0);
+    for (std::size_t i = 0; i < n; ++i) {
+        for (std::size_t m = 0; m < v; ++m) {
+            std::vector<double>& row = centered[m][i];
+            storage.prepare(row, n);
+            const double rowSquares = k.centreRow(distanceMatrices[m][i].data(), rowMeans[m][i], colMeans[m].data(),
+                                                  grandMeans[m], n, row.data());
+            if (plainVariance) {
+                for (double x : row) squares[m] += x * x;
+            } else {
+                squares[m] += rowSquares;
+            }
+        }
+        std::size_t pair = 0;
+        for (std::size_t a = 0; a < v; ++a) {
+            for (std::size_t b = a + 1; b < v; ++b, ++pair) {
+                products[pair] = k.addRowProducts(products[pair], centered[a][i].data(), centered[b][i].data(), n);
+            }
+        }
+    }
+    const double cells = static_cast<double>(n * n);
+    dVar.clear();
+    dVar.resize(v);
+    for (std::size_t m = 0; m < v; ++m) dVar[m] = squares[m] / cells;
+    dCov.clear();
+    dCov.resize(products.size());
+    for (std::size_t p = 0; p < products.size(); ++p) dCov[p] = products[p] / cells;
+    return true;
+}
+
 void DistanceCorrAlgo::computeDistanceCorrelation(const std::vector<Matrix>& distanceMatrices,
                                                   std::vector<Matrix>& centered, std::vector<double>& dCor) {
     fillResultRecords(distanceMatrices, centered, dCor);
@@ -237,17 +352,20 @@ void DistanceCorrAlgo::fillResultRecords(Matrices&& distanceMatrices, std::vecto
                                          std::vector<double>& dCor) {
     if (distanceMatrices.empty()) throw std::runtime_error("Invalid input size for distance matrix");
 
+    std::vector<double> dCov;
+    std::vector<double> dVar;
     Matrix rowMeans;
     Matrix colMeans;
     std::vector<double> grandMeans;
-    std::vector<double> dCov;
-    std::vector<double> dVar;
-    calculateRowMean(distanceMatrices, rowMeans);
-    calculateColumnMean(distanceMatrices, colMeans);
-    calculateGlobalMean(distanceMatrices, grandMeans);
-    calculateCenteredMatrix(distanceMatrices, rowMeans, colMeans, grandMeans, centered);
-    calculateDistanceCovariance(centered, dCov);
-    calculateDistanceVariance(centered, dVar);
+    if (!computeObservedStatistics(distanceMatrices, centered, rowMeans, colMeans, grandMeans, dCov, dVar)) {
+        // Other shapes go step by step, which also reports them.
+        calculateRowMean(distanceMatrices, rowMeans);
+        calculateColumnMean(distanceMatrices, colMeans);
+        calculateGlobalMean(distanceMatrices, grandMeans);
+        calculateCenteredMatrix(distanceMatrices, rowMeans, colMeans, grandMeans, centered);
+        calculateDistanceCovariance(centered, dCov);
+        calculateDistanceVariance(centered, dVar);
+    }
     calculateDistanceCorrelation(dCov, dVar, dCor);
 
     const std::vector<std::string>& names = settings_.globalSettings().getGlobalVarNames();

@@ -1,0 +1,34 @@
+#pragma once
+#include <cstddef>
+#include <cstdint>
+#include <utility>
+#include <vector>
+
+// Storage of whole n x n matrices for the observed statistics. Faulting in
+// fresh memory 4 KiB at a time costs about as much as computing the matrices,
+// so the rows of a matrix are reserved together (one stretch of memory where
+// the allocator allows it) and each 2 MiB of that stretch is then backed by one
+// huge page, just before its first row is written: the page the kernel has
+// just zeroed is still in the cache when the row goes in.
+class DistanceCorrMatrixStorage {
+public:
+    using Matrix = std::vector<std::vector<double>>;
+
+    // Gives each matrix `rows` rows with room for `columns` doubles, without
+    // writing them yet.
+    DistanceCorrMatrixStorage(const std::vector<Matrix*>& matrices, std::size_t rows, std::size_t columns);
+
+    // Sizes a row to `columns`, backing its storage first if it is fresh.
+    void prepare(std::vector<double>& row, std::size_t columns);
+
+private:
+    using Range = std::pair<std::uintptr_t, std::uintptr_t>;
+
+    // The 2 MiB pages lying wholly within runs of rows that follow one another
+    // in memory: only those are advised, so no other memory is affected.
+    void planHugePages(std::vector<Range>& fresh);
+    void back(std::uintptr_t start, std::uintptr_t end);
+
+    std::vector<std::uintptr_t> pages_;  // start addresses, ascending
+    std::vector<bool> backed_;
+};

@@ -1,0 +1,99 @@
+#include "DistanceCorrMatrixStorage.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+
+#if defined(__linux__)
+#include <sys/mman.h>
+#endif
+
+namespace {
+
+constexpr std::uintptr_t kHugePage = std::uintptr_t{1} << 21;
+// The allocator's bookkeeping between two neighbouring rows.
+constexpr std::uintptr_t kGap = 64;
+// Smaller matrices are not worth the system calls.
+constexpr std::uintptr_t kMinimum = 8 * kHugePage;
+
+// Set once the system has refused huge pages, so that later runs do not ask again.
+std::atomic<bool>& unsupported() {
+    static std::atomic<bool> flag{false};
+    return flag;
+}
+
+}  // namespace
+
+DistanceCorrMatrixStorage::DistanceCorrMatrixStorage(const std::vector<Matrix*>& matrices, std::size_t rows,
+                                                     std::size_t columns) {
+    std::vector<Range> fresh;
+    for (Matrix* matrix : matrices) {
+        matrix->resize(rows);
+        for (auto& row : *matrix) {
+            if (row.capacity() >= columns) continue;
+            std::vector<double>().swap(row);
+            row.reserve(columns);
+            const auto start = reinterpret_cast<std::uintptr_t>(row.data());
+            fresh.emplace_back(start, start + columns * sizeof(double));
+        }
+    }
+    planHugePages(fresh);
+}
+
+void DistanceCorrMatrixStorage::prepare(std::vector<double>& row, std::size_t columns) {
+    if (!pages_.empty()) {
+        const auto start = reinterpret_cast<std::uintptr_t>(row.data());
+        back(start, start + columns * sizeof(double));
+    }
+    row.resize(columns);
+}
+
+void DistanceCorrMatrixStorage::planHugePages(std::vector<Range>& fresh) {
+    std::uintptr_t total = 0;
+    for (const Range& r : fresh) total += r.second - r.first;
+    if (total < kMinimum || unsupported().load(std::memory_order_relaxed)) return;
+    std::sort(fresh.begin(), fresh.end());
+    auto addPages = [this](std::uintptr_t start, std::uintptr_t end) {
+        for (std::uintptr_t p = (start + kHugePage - 1) & ~(kHugePage - 1); p + kHugePage <= end; p += kHugePage) {
+            pages_.push_back(p);
+        }
+    };
+    std::uintptr_t start = fresh.front().first;
+    std::uintptr_t end = fresh.front().second;
+    for (std::size_t k = 1; k < fresh.size(); ++k) {
+        if (fresh[k].first >= end && fresh[k].first - end <= kGap) {
+            end = fresh[k].second;
+        } else {
+            addPages(start, end);
+            start = fresh[k].first;
+            end = fresh[k].second;
+        }
+    }
+    addPages(start, end);
+    backed_.assign(pages_.size(), false);
+}
+
+void DistanceCorrMatrixStorage::back(std::uintptr_t start, std::uintptr_t end) {
+#if defined(__linux__)
+#if defined(MADV_COLLAPSE)
+    constexpr int kCollapse = MADV_COLLAPSE;
+#else
+    constexpr int kCollapse = 25;  // Linux 6.1 and later
+#endif
+    auto page = std::upper_bound(pages_.begin(), pages_.end(), start);
+    if (page != pages_.begin()) --page;
+    for (; page != pages_.end() && *page < end; ++page) {
+        const std::size_t k = static_cast<std::size_t>(page - pages_.begin());
+        if (backed_[k] || *page + kHugePage <= start) continue;
+        backed_[k] = true;
+        if (madvise(reinterpret_cast<void*>(*page), kHugePage, kCollapse) != 0 && errno == EINVAL) {
+            unsupported().store(true, std::memory_order_relaxed);
+            pages_.clear();
+            return;
+        }
+    }
+#else
+    (void)start;
+    (void)end;
+#endif
+}

@@ -6,10 +6,7 @@
 
 using ::testing::IsEmpty;
 
-class InputCriteriaReaderTest : public ::testing::Test {
-protected:
-    void SetUp() override { useDataSet("mixed"); }
-};
+using InputCriteriaReaderTest = MixedDataSetTest;
 
 TEST_F(InputCriteriaReaderTest, OmittedCriteriaKeepsTheDefaults) {
     InputStageRun run("DISTANCE CORRELATION VARIABLE=x y /PRINT DISTVAR.");

@@ -7,10 +7,7 @@
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-class InputGlobalReaderTest : public ::testing::Test {
-protected:
-    void SetUp() override { useDataSet("mixed"); }
-};
+using InputGlobalReaderTest = MixedDataSetTest;
 
 TEST_F(InputGlobalReaderTest, OneVariableIsRefusedAndReadsNoData) {
     InputStageRun run("DISTANCE CORRELATION VARIABLE=x.");

@@ -7,10 +7,7 @@
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-class InputIdReaderTest : public ::testing::Test {
-protected:
-    void SetUp() override { useDataSet("mixed"); }
-};
+using InputIdReaderTest = MixedDataSetTest;
 
 TEST_F(InputIdReaderTest, ScaleIdVariableIsReadCaseByCase) {
     InputStageRun run("DISTANCE CORRELATION VARIABLE=x y /ID VARIABLE=caseno.");

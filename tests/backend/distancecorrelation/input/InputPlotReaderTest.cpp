@@ -7,10 +7,7 @@
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-class InputPlotReaderTest : public ::testing::Test {
-protected:
-    void SetUp() override { useDataSet("mixed"); }
-};
+using InputPlotReaderTest = MixedDataSetTest;
 
 TEST_F(InputPlotReaderTest, BothAxesFromTheVariableListAreAccepted) {
     InputStageRun run("DISTANCE CORRELATION VARIABLE=x y z /PLOT SCATTERPLOT(XAXIS=z YAXIS=x).");

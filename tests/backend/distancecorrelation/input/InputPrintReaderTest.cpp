@@ -8,10 +8,7 @@
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-class InputPrintReaderTest : public ::testing::Test {
-protected:
-    void SetUp() override { useDataSet("mixed"); }
-};
+using InputPrintReaderTest = MixedDataSetTest;
 
 TEST_F(InputPrintReaderTest, TableKeywordsSetTheirFlags) {
     InputStageRun run("DISTANCE CORRELATION VARIABLE=x y /PRINT DETAILS DISTCORRCOEFF CORREST DISTVAR.");

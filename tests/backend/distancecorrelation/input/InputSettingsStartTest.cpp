@@ -9,10 +9,7 @@ using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::Not;
 
-class InputSettingsStartTest : public ::testing::Test {
-protected:
-    void SetUp() override { useDataSet("mixed"); }
-};
+using InputSettingsStartTest = MixedDataSetTest;
 
 TEST_F(InputSettingsStartTest, TwoScaleVariablesAloneSucceedWithEveryDefault) {
     InputStageRun run("DISTANCE CORRELATION VARIABLE=x z.");

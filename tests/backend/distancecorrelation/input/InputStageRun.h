@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include <gtest/gtest.h>
+
 #include "CommandDescriptor.h"
 #include "CommandSpec.h"
 #include "DistanceCorrCommandDescriber.h"
@@ -78,4 +80,10 @@ private:
     UniversalParser parser_;
     unsigned parseStatus_;
     DistanceCorrInputSettings settings_;
+};
+
+// Tests that run commands against the mixed fixture (scale, ordinal and nominal variables).
+class MixedDataSetTest : public ::testing::Test {
+protected:
+    void SetUp() override { useDataSet("mixed"); }
 };

@@ -17,30 +17,26 @@ namespace {
 
 const double kMissing = std::numeric_limits<double>::lowest();
 
-void expectRowNameColumn(const host::VariableInfo& v) {
-    EXPECT_EQ(v.name, "VarName_");
-    EXPECT_EQ(v.type, 8);
-    EXPECT_EQ(v.format.type, VELA_Format::FormatString);
-    EXPECT_EQ(v.format.width, 8);
-    EXPECT_EQ(v.format.decimals, 0);
-    EXPECT_EQ(v.writeFormat.type, VELA_Format::FormatString);
-    EXPECT_EQ(v.writeFormat.width, 8);
-    EXPECT_EQ(v.writeFormat.decimals, 0);
-    EXPECT_EQ(v.measurementLevel, 1);
+// One column of the saved dictionary: type, print and write formats, level, no label.
+void expectColumn(const host::VariableInfo& v, const std::string& name, int type, VELA_Format::FormatType format,
+                  int decimals, int level) {
+    EXPECT_EQ(v.name, name);
+    EXPECT_EQ(v.type, type);
+    for (const VELA_Format& f : {v.format, v.writeFormat}) {
+        EXPECT_EQ(f.type, format);
+        EXPECT_EQ(f.width, 8);
+        EXPECT_EQ(f.decimals, decimals);
+    }
+    EXPECT_EQ(v.measurementLevel, level);
     EXPECT_FALSE(v.hasLabel);
 }
 
+void expectRowNameColumn(const host::VariableInfo& v) {
+    expectColumn(v, "VarName_", 8, VELA_Format::FormatString, 0, 1);
+}
+
 void expectDistanceColumn(const host::VariableInfo& v, const std::string& name) {
-    EXPECT_EQ(v.name, name);
-    EXPECT_EQ(v.type, 0);
-    EXPECT_EQ(v.format.type, VELA_Format::FormatNumeric);
-    EXPECT_EQ(v.format.width, 8);
-    EXPECT_EQ(v.format.decimals, 3);
-    EXPECT_EQ(v.writeFormat.type, VELA_Format::FormatNumeric);
-    EXPECT_EQ(v.writeFormat.width, 8);
-    EXPECT_EQ(v.writeFormat.decimals, 3);
-    EXPECT_EQ(v.measurementLevel, 3);
-    EXPECT_FALSE(v.hasLabel);
+    expectColumn(v, name, 0, VELA_Format::FormatNumeric, 3, 3);
     EXPECT_TRUE(v.valueLabels.empty());
 }
 

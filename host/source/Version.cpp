@@ -1,0 +1,7 @@
+#include "Version.h"
+
+namespace host {
+
+const char* version() { return DC_VERSION; }
+
+}  // namespace host

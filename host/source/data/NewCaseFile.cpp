@@ -12,6 +12,7 @@
 
 #include "UserCaseFileSpec.h"
 #include "data/CsvDataLoader.h"
+#include "data/FolderLock.h"
 #include "data/HostError.h"
 #include "data/NumberText.h"
 #include "data/TableSchemaWriter.h"
@@ -207,6 +208,9 @@ void NewCaseFile::close() {
 }
 
 void NewCaseFile::putFilesInPlace() {
+    // Another process saving to the same name waits, so the two files always
+    // come from one run.
+    const FolderLock lock(folderOf(dataPath_));
     // Keep the old data file reachable under a second name until the new
     // dictionary is in place too, so that a failure can put it back.
     std::string backup;

@@ -9,6 +9,8 @@
 #include <utility>
 #include <vector>
 
+#include "data/TemporaryFileRegistry.h"
+
 namespace host {
 
 std::string folderOf(const std::string& path) {
@@ -34,6 +36,7 @@ bool ReplacingFile::open() {
     const int fd = ::mkstemp(name.data());
     if (fd < 0) return failWith("cannot create a file in the folder \"" + folderOf(target_) + "\"", errno);
     temporary_ = name.data();
+    cleanupSlot_ = temporaryFiles::add(temporary_.c_str());
     // mkstemp creates the file private to its owner; give it the usual permissions.
     const mode_t mask = ::umask(0);
     ::umask(mask);
@@ -84,6 +87,8 @@ bool ReplacingFile::replaceTarget() {
         return failWith("cannot replace \"" + target_ + "\"", errno);
     placed_ = true;
     temporary_.clear();
+    temporaryFiles::remove(cleanupSlot_);
+    cleanupSlot_ = -1;
     return true;
 }
 
@@ -94,6 +99,8 @@ void ReplacingFile::discard() {
     }
     if (!temporary_.empty() && !placed_) ::unlink(temporary_.c_str());
     temporary_.clear();
+    temporaryFiles::remove(cleanupSlot_);
+    cleanupSlot_ = -1;
 }
 
 }  // namespace host

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <cstdio>
 
 namespace host {
@@ -20,6 +21,12 @@ std::string cutText(const std::string& text, std::size_t bytes) {
     std::size_t end = bytes;
     while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;
     return text.substr(0, end);
+}
+
+// Whole percent of `done` out of `total` (done <= total), rounded down.
+int percent(std::uint64_t done, std::uint64_t total) {
+    if (total <= UINT64_MAX / 100) return static_cast<int>(done * 100 / total);
+    return static_cast<int>(done / (total / 100));
 }
 
 }  // namespace
@@ -48,11 +55,13 @@ std::string formatProgressLine(const ProgressSnapshot& snapshot, int columns) {
         line += "  " + snapshot.activity;
         if (snapshot.total > 0) {
             const std::uint64_t done = std::min(snapshot.done, snapshot.total);
-            const double fraction = static_cast<double>(done) / static_cast<double>(snapshot.total);
-            line += " " + std::to_string(static_cast<int>(std::floor(fraction * 100))) + "%";
-            if (done > 0 && done < snapshot.total && snapshot.phaseSeconds >= kMinimumPhaseSeconds)
-                line +=
-                    "  about " + formatDuration(std::ceil(snapshot.phaseSeconds * (1 - fraction) / fraction)) + " left";
+            line += " " + std::to_string(percent(done, snapshot.total)) + "%";
+            if (done > 0 && done < snapshot.total && snapshot.phaseSeconds >= kMinimumPhaseSeconds) {
+                // The rest at the pace so far.
+                const double left = snapshot.phaseSeconds * static_cast<double>(snapshot.total - done) /
+                                    static_cast<double>(done);
+                line += "  about " + formatDuration(std::ceil(left)) + " left";
+            }
         } else if (snapshot.done > 0) {
             line += " " + std::to_string(snapshot.done) + " done";
         }

@@ -22,8 +22,11 @@ namespace {
 
 std::string systemError(int error) { return std::strerror(error); }
 
-// An existing file that is neither a regular file nor a folder: a device or a pipe.
-bool isSpecialFile(const std::string& path) {
+// Written as it is rather than replaced: an existing device or pipe, and any
+// name under /dev or /proc (/dev/stdout must reach the descriptor, even when
+// it leads to a regular file).
+bool writtenInPlace(const std::string& path) {
+    if (path.rfind("/dev/", 0) == 0 || path.rfind("/proc/", 0) == 0) return true;
     struct stat info {};
     return ::stat(path.c_str(), &info) == 0 && !S_ISREG(info.st_mode) && !S_ISDIR(info.st_mode);
 }
@@ -78,7 +81,7 @@ std::string ReportFile::problemWith(const std::string& path) {
             return "it is the same file as " + input->role + " \"" + input->path +
                    "\"; an output never replaces an input";
         if (::access(path.c_str(), W_OK) != 0) return "cannot write it: " + systemError(errno);
-        if (!S_ISREG(info.st_mode)) return "";  // a device or a pipe, written in place
+        if (writtenInPlace(path)) return "";
     } else if (errno != ENOENT) {
         return "cannot use it: " + systemError(errno);
     }
@@ -107,7 +110,7 @@ bool ReportFile::write(const std::string& path, const std::string& what, const W
             writer(out.stream());
             return out.flush();  // standard output reports its own failure, once
         }
-        problem = isSpecialFile(path) ? writeInPlace(path, writer) : writeReplacing(path, writer);
+        problem = writtenInPlace(path) ? writeInPlace(path, writer) : writeReplacing(path, writer);
     } catch (const std::bad_alloc&) {
         problem = "there was not enough memory";
     } catch (const std::exception& e) {

@@ -6,7 +6,8 @@
 class StandardOutput;
 
 // Where --output and --html write: "-" is standard output; an existing
-// device or pipe (/dev/null, a FIFO) is written in place; anything else is
+// device or pipe (/dev/null, a FIFO) and any name under /dev or /proc are
+// written in place; anything else is
 // written to a temporary file beside the target and renamed over it only
 // when complete, so a failure never damages an existing file. A link is
 // followed and the file it names is replaced, not the link.

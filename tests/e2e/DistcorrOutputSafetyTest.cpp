@@ -127,6 +127,21 @@ TEST(DistcorrOutputSafety, ReportIntoADeviceIsWrittenInPlace) {
     EXPECT_TRUE(S_ISCHR(info.st_mode)) << "/dev/null is still the device";
 }
 
+TEST(DistcorrOutputSafety, DevStdoutReachesTheRedirectedFile) {
+    const std::string dir = makeTempDir();
+    DistcorrChild child;
+    child.stdoutFd = ::open((dir + "/captured.json").c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+    ASSERT_GE(child.stdoutFd, 0);
+    const DistcorrResult r =
+        runDistcorrChild({"--quiet", "--data", kTwelve, "--output", "/dev/stdout", "-e", kFullCommand}, child);
+    ::close(child.stdoutFd);
+    EXPECT_EQ(r.exitCode, 0) << r.err;
+    EXPECT_TRUE(parseJsonFile(dir + "/captured.json").IsObject());
+    struct stat info {};
+    ASSERT_EQ(::lstat("/dev/stdout", &info), 0);
+    EXPECT_TRUE(S_ISLNK(info.st_mode)) << "/dev/stdout is still the link";
+}
+
 // Runs with files limited to `bytes` (the limit a full disk sets in effect).
 DistcorrResult runWithFileSizeLimit(const std::vector<std::string>& args, rlim_t bytes) {
     DistcorrChild child;

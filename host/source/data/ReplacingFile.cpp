@@ -33,10 +33,9 @@ bool ReplacingFile::open() {
     std::string pattern = target_ + ".tmp-XXXXXX";
     std::vector<char> name(pattern.begin(), pattern.end());
     name.push_back('\0');
-    const int fd = ::mkstemp(name.data());
+    const int fd = temporaryFiles::createRecorded(name.data(), cleanupSlot_);
     if (fd < 0) return failWith("cannot create a file in the folder \"" + folderOf(target_) + "\"", errno);
     temporary_ = name.data();
-    cleanupSlot_ = temporaryFiles::add(temporary_.c_str());
     // mkstemp creates the file private to its owner; give it the usual permissions.
     const mode_t mask = ::umask(0);
     ::umask(mask);

@@ -1,6 +1,9 @@
 #include "data/TemporaryFileRegistry.h"
 
+#include <pthread.h>
 #include <signal.h>
+#include <stdlib.h>
+#include <time.h>
 #include <unistd.h>
 
 #include <atomic>
@@ -24,9 +27,20 @@ struct Slot {
 
 Slot slots[kSlots];
 std::atomic<bool> installed{false};
+// Threads inside an Uninterrupted section; the handler waits for them.
+std::atomic<int> uninterrupted{0};
+
+void sleepMilliseconds(long milliseconds) {
+    struct timespec pause {};
+    pause.tv_nsec = milliseconds * 1000000L;
+    ::nanosleep(&pause, nullptr);
+}
 
 extern "C" void removeAndReraise(int signalNumber) {
     const int savedErrno = errno;
+    // Another thread may be in a short uninterrupted step (recording a new
+    // file, putting files in place); wait for it, but not forever.
+    for (int i = 0; i < 2000 && uninterrupted.load() > 0; ++i) sleepMilliseconds(1);
     removeAll();
     // Default action now, so that the signal ends the program with the
     // status a shell expects (128 + signal number).
@@ -56,6 +70,28 @@ void installSignalCleanup() {
         sigaddset(&action.sa_mask, SIGHUP);
         ::sigaction(signalNumber, &action, nullptr);
     }
+}
+
+Uninterrupted::Uninterrupted() {
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGINT);
+    sigaddset(&signals, SIGTERM);
+    sigaddset(&signals, SIGHUP);
+    ::pthread_sigmask(SIG_BLOCK, &signals, &previous_);
+    ++uninterrupted;
+}
+
+Uninterrupted::~Uninterrupted() {
+    --uninterrupted;
+    ::pthread_sigmask(SIG_SETMASK, &previous_, nullptr);
+}
+
+int createRecorded(char* pattern, int& slot) {
+    const Uninterrupted section;
+    const int fd = ::mkstemp(pattern);
+    slot = fd >= 0 ? add(pattern) : -1;
+    return fd;
 }
 
 int add(const char* path) {

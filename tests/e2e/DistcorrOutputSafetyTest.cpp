@@ -1,7 +1,6 @@
 // No file is ever lost: --output and --html are written to a temporary file
 // and renamed into place, never onto an input, and a full disk, a closed
 // pipe, a signal or a concurrent run leaves every existing file intact.
-#include <dirent.h>
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/file.h>
@@ -24,17 +23,6 @@ const std::string kFullCommand = "DISTANCE CORRELATION VARIABLE=a b c /PRINT DIS
 const std::string kOldReport = "{\"runs\": [\"the report of an earlier run\"]}\n";
 
 bool contains(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
-
-Strings folderEntries(const std::string& dir) {
-    Strings entries;
-    if (DIR* d = opendir(dir.c_str())) {
-        while (const dirent* e = readdir(d))
-            if (std::string(e->d_name) != "." && std::string(e->d_name) != "..") entries.push_back(e->d_name);
-        closedir(d);
-    }
-    std::sort(entries.begin(), entries.end());
-    return entries;
-}
 
 bool hasTemporaryFile(const std::string& dir) {
     for (const std::string& name : folderEntries(dir))

@@ -1,11 +1,13 @@
 #pragma once
 // Runs the distcorr program as a user would and captures what it prints.
+#include <dirent.h>
 #include <fcntl.h>
 #include <pty.h>
 #include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <fstream>
@@ -39,6 +41,18 @@ inline std::string makeTempDir() {
     char templ[] = "/tmp/distcorr-test-XXXXXX";
     const char* dir = mkdtemp(templ);
     return dir ? dir : "/tmp";
+}
+
+// The names in a folder (without "." and ".."), sorted.
+inline std::vector<std::string> folderEntries(const std::string& dir) {
+    std::vector<std::string> entries;
+    if (DIR* d = opendir(dir.c_str())) {
+        while (const dirent* e = readdir(d))
+            if (std::string(e->d_name) != "." && std::string(e->d_name) != "..") entries.push_back(e->d_name);
+        closedir(d);
+    }
+    std::sort(entries.begin(), entries.end());
+    return entries;
 }
 
 inline DistcorrResult runDistcorr(const std::vector<std::string>& args, const std::string& stdinText = "") {

@@ -14,6 +14,7 @@
 
 #include "DataSet.h"
 #include "HostSession.h"
+#include "InstalledServices.h"
 #include "ReportFile.h"
 #include "StandardOutput.h"
 #include "SyntaxSource.h"
@@ -26,7 +27,6 @@
 #include "runner/CommandProgress.h"
 #include "runner/CommandRunner.h"
 #include "runner/ProcedureRegistry.h"
-#include "runner/ProcedureServices.h"
 #include "runner/ProgressLine.h"
 #include "runner/StandardErrorTee.h"
 #include "runner/ThreadWorkerPool.h"
@@ -129,27 +129,10 @@ void checkOutputPaths(const Options& opt) {
         const std::string problem = ReportFile::problemWith(path);
         if (!problem.empty()) throw UsageError(std::string(option) + " \"" + path + "\": " + problem);
     }
-    if (!opt.output.empty() && opt.output != "-" && ReportFile::sameTarget(opt.output, opt.html))
+    const auto isFile = [](const std::string& path) { return !path.empty() && path != "-"; };
+    if (isFile(opt.output) && isFile(opt.html) && ReportFile::sameTarget(opt.output, opt.html))
         throw UsageError("--output and --html name the same file \"" + opt.output + "\"");
 }
-
-// While the commands run: host messages go to `messages`, and the progress
-// monitor and the worker pool are offered to procedures.
-class InstalledServices {
-public:
-    InstalledServices(std::ostream& messages, ProgressMonitor* progress, WorkerPool* pool) {
-        host::HostSession::instance().setErrorStream(&messages);
-        host::setProgressMonitor(progress);
-        host::setWorkerPool(pool);
-    }
-    InstalledServices(const InstalledServices&) = delete;
-    InstalledServices& operator=(const InstalledServices&) = delete;
-    ~InstalledServices() {
-        host::setProgressMonitor(nullptr);
-        host::setWorkerPool(nullptr);
-        host::HostSession::instance().setErrorStream(&std::cerr);
-    }
-};
 
 void listDictionary(std::ostream& out, const host::DataSet& data, const std::string& path) {
     out << path << ": " << data.caseCount() << " cases, " << data.variableCount() << " variables";
@@ -264,16 +247,16 @@ int main(int argc, char** argv) {
     ::signal(SIGXFSZ, SIG_IGN);
     host::temporaryFiles::installSignalCleanup();
 
-    CLI::App app{kDescription, "distcorr"};
-    Options opt;
-    declareOptions(app, opt);
     try {
-        app.parse(argc, argv);
-    } catch (const CLI::ParseError& e) {
-        const int code = app.exit(e);
-        return code == 0 ? kExitOk : kExitUsage;
-    }
-    try {
+        CLI::App app{kDescription, "distcorr"};
+        Options opt;
+        declareOptions(app, opt);
+        try {
+            app.parse(argc, argv);
+        } catch (const CLI::ParseError& e) {
+            const int code = app.exit(e);
+            return code == 0 ? kExitOk : kExitUsage;
+        }
         return run(opt);
     } catch (const UsageError& e) {
         std::cerr << "Error: " << e.what() << "\n";

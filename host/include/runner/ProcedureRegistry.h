@@ -7,9 +7,9 @@ namespace host {
 
 // A procedure known from its manifest: command name, library and entry symbol.
 struct ProcedureInfo {
-    std::string command;  // upper case, words separated by one blank
-    std::string library;  // full path of the shared library
-    std::string entry;    // exported symbol taking one pointer
+    std::string command;      // upper case, words separated by one blank
+    std::string library;      // full path of the shared library
+    std::string entry;        // exported symbol taking one pointer
     std::string manifestPath;
 };
 

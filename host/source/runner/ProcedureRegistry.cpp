@@ -65,9 +65,9 @@ void ProcedureRegistry::loadManifests(const std::string& folder) {
         rapidjson::Document doc;
         doc.Parse(buffer.str().c_str());
         if (doc.HasParseError() || !doc.IsObject())
-            throw ProcedureLoadError(
-                path.string() + ": malformed manifest: " +
-                (doc.HasParseError() ? rapidjson::GetParseError_En(doc.GetParseError()) : "not a JSON object"));
+            throw ProcedureLoadError(path.string() + ": malformed manifest: " +
+                                     (doc.HasParseError() ? rapidjson::GetParseError_En(doc.GetParseError())
+                                                          : "not a JSON object"));
         ProcedureInfo info;
         info.manifestPath = path.string();
         std::string command;

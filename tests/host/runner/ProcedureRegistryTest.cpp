@@ -52,8 +52,8 @@ TEST(ProcedureRegistry, MissingLibraryIsAClearError) {
 
 TEST(ProcedureRegistry, MissingSymbolIsAClearError) {
     const std::string dir = makeTempDir();
-    writeManifest(dir, "dc",
-                  R"({"command": "DISTANCE CORRELATION", "library": ")" + kPlugin + R"(", "entry": "no_such_entry"})");
+    writeManifest(dir, "dc", R"({"command": "DISTANCE CORRELATION", "library": ")" + kPlugin +
+                                 R"(", "entry": "no_such_entry"})");
     ProcedureRegistry registry;
     registry.loadManifests(dir);
     const auto* p = registry.match("DISTANCE CORRELATION VARIABLE=a b.");
@@ -62,7 +62,8 @@ TEST(ProcedureRegistry, MissingSymbolIsAClearError) {
         registry.run(*p);
         FAIL() << "expected an error";
     } catch (const ProcedureLoadError& e) {
-        EXPECT_NE(std::string(e.what()).find("has no entry symbol \"no_such_entry\""), std::string::npos) << e.what();
+        EXPECT_NE(std::string(e.what()).find("has no entry symbol \"no_such_entry\""), std::string::npos)
+            << e.what();
     }
 }
 
@@ -86,7 +87,8 @@ TEST(ProcedureRegistry, ManifestWithoutEntryNamesTheMember) {
         registry.loadManifests(dir);
         FAIL() << "expected an error";
     } catch (const ProcedureLoadError& e) {
-        EXPECT_NE(std::string(e.what()).find("manifest member \"entry\" is missing"), std::string::npos) << e.what();
+        EXPECT_NE(std::string(e.what()).find("manifest member \"entry\" is missing"), std::string::npos)
+            << e.what();
     }
 }
 

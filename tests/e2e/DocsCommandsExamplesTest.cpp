@@ -26,8 +26,7 @@ TEST_P(DocsCommandsExample, PrintsWhatTheDocumentShows) {
     const docs::Run run = docs::runExample(example);
     SCOPED_TRACE(describe(example));
 
-    const std::string outDiff =
-        docs::lineDiff(docs::normalized(example.expectedOut), docs::normalized(run.result.out));
+    const std::string outDiff = docs::lineDiff(docs::normalized(example.expectedOut), docs::normalized(run.result.out));
     EXPECT_TRUE(outDiff.empty()) << "standard output differs (- document, + distcorr):\n" << outDiff;
 
     const std::string expectedErr = example.hasErr ? example.expectedErr : "";
@@ -40,8 +39,7 @@ TEST_P(DocsCommandsExample, PrintsWhatTheDocumentShows) {
         ASSERT_TRUE(probe.good()) << "the run wrote no file " << file.name << " (document line " << file.line << ")";
         const std::string fileDiff =
             docs::lineDiff(docs::normalized(file.content), docs::normalized(readWholeFile(path)));
-        EXPECT_TRUE(fileDiff.empty()) << file.name << " differs (- document line " << file.line
-                                      << ", + written):\n"
+        EXPECT_TRUE(fileDiff.empty()) << file.name << " differs (- document line " << file.line << ", + written):\n"
                                       << fileDiff;
     }
 }
@@ -50,8 +48,7 @@ std::string exampleName(const ::testing::TestParamInfo<docs::Example>& info) {
     return "line_" + std::to_string(info.param.line);
 }
 
-INSTANTIATE_TEST_SUITE_P(CommandReference, DocsCommandsExample, ::testing::ValuesIn(reference().examples),
-                         exampleName);
+INSTANTIATE_TEST_SUITE_P(CommandReference, DocsCommandsExample, ::testing::ValuesIn(reference().examples), exampleName);
 
 TEST(DocsCommands, HasWellFormedExamples) {
     EXPECT_FALSE(reference().examples.empty()) << kReference << " has no runnable examples";
@@ -90,8 +87,8 @@ TEST(DocsCommands, ReaderTakesRunSyntaxOutputErrorAndFiles) {
 }
 
 TEST(DocsCommands, StderrBlockMustFollowTheOutputDirectly) {
-    const docs::Document doc =
-        docs::parseDocument("<!-- run: -->\n```sps\nA.\n```\n```text\no\n```\n```csv\nx\n```\n```text stderr\ne\n```\n");
+    const docs::Document doc = docs::parseDocument(
+        "<!-- run: -->\n```sps\nA.\n```\n```text\no\n```\n```csv\nx\n```\n```text stderr\ne\n```\n");
     ASSERT_EQ(doc.examples.size(), 1u);
     EXPECT_FALSE(doc.examples[0].hasErr);
 }

@@ -258,7 +258,8 @@ inline Run runExample(const Example& example) {
     while (!syntax.empty() && syntax.back() == '\n') syntax.pop_back();
 
     const std::string capture = run.folder + "/..";
-    std::string cmd = "cd " + shellQuote(run.folder) + " && " + shellQuote(std::string(DC_BINARY_DIR) + "/bin/distcorr");
+    std::string cmd =
+        "cd " + shellQuote(run.folder) + " && " + shellQuote(std::string(DC_BINARY_DIR) + "/bin/distcorr");
     for (const std::string& arg : example.args) cmd += " " + shellQuote(arg);
     cmd += " -e " + shellQuote(syntax) + " < /dev/null > " + shellQuote(capture + "/stdout") + " 2> " +
            shellQuote(capture + "/stderr");

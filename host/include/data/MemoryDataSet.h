@@ -30,6 +30,11 @@ public:
     // Appends one case: numbers[v] is used for numeric variables, texts[v]
     // for text variables; both hold one entry per variable.
     void addCase(const std::vector<double>& numbers, const std::vector<std::string>& texts);
+    // Takes all cases at once, column by column (only before the first case):
+    // numbers[v] holds count values of a numeric variable v, texts[v] count
+    // texts of a text variable; the other one is empty.
+    void setCases(std::size_t count, std::vector<std::vector<double>> numbers,
+                  std::vector<std::vector<std::string>> texts);
 
 private:
     void checkCell(std::size_t caseIndex, int variable) const;

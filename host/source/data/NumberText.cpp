@@ -77,15 +77,38 @@ NumberParse parseNumber(std::string_view text, double& value) {
     return NumberParse::Ok;
 }
 
+NumberParse parseNumber(std::string_view text, double& value, const NumberStyle& style) {
+    if (style.decimal == '.' && style.group == 0 && style.bare) return parseNumber(text, value);
+    text = trimBlanks(text);
+    if (!style.bare) {
+        auto numeric = [&](char c) { return isDigit(c) || c == style.decimal; };
+        while (!text.empty() && !numeric(text.front()) && text.front() != '-' && text.front() != '+')
+            text.remove_prefix(1);
+        while (!text.empty() && !numeric(text.back())) text.remove_suffix(1);
+    }
+    std::string plain;
+    plain.reserve(text.size());
+    for (const char c : text) {
+        if (c == style.group) continue;
+        if (c == style.decimal)
+            plain += '.';
+        else if (c == '.' || c == ' ' || c == '\t')
+            return NumberParse::NotANumber;  // a point that is not the decimal mark, or blanks inside
+        else
+            plain += c;
+    }
+    return parseNumber(plain, value);
+}
+
 std::string formatNumber(double value) {
     char buffer[64];
     const std::to_chars_result result = std::to_chars(buffer, buffer + sizeof buffer, value);
     return std::string(buffer, result.ptr);
 }
 
-int writtenDecimals(std::string_view text) {
+int writtenDecimals(std::string_view text, char decimal) {
     text = trimBlanks(text);
-    const std::size_t point = text.find('.');
+    const std::size_t point = text.find(decimal);
     if (point == std::string_view::npos) return 0;
     int count = 0;
     for (std::size_t i = point + 1; i < text.size() && isDigit(text[i]); ++i) ++count;

@@ -21,13 +21,13 @@ namespace host {
 class CsvColumn {
 public:
     struct Source {
-        const std::string* csvName;     // for messages
-        const std::string* schemaName;  // for messages
-        std::size_t number;             // column number from 1, for messages
-        std::size_t fieldNumber;        // the field's number in the schema, for messages
+        const std::string* csvName;             // for messages
+        const std::string* schemaName;          // for messages
+        std::size_t number;                     // column number from 1, for messages
+        std::size_t fieldNumber;                // the field's number in the schema, for messages
         const MissingValueSet* numericMissing;  // decides the type; missing numbers
         const MissingValueSet* textMissing;     // missing texts
-        char decimal;  // decimal mark; 0: the one the column's numbers use, '.' or ','
+        char decimal;                           // decimal mark; 0: the one the column's numbers use, '.' or ','
     };
 
     // field may be null (no schema entry). label: the label to use when the
@@ -46,8 +46,8 @@ public:
 
     const VariableInfo& info() const { return info_; }
     bool isNumeric() const { return kind_ == Kind::Inferring || kind_ == Kind::Number; }
-    std::vector<double>& numbers() { return numbers_; }      // numeric variables
-    std::vector<std::string>& texts() { return texts_; }     // text variables
+    std::vector<double>& numbers() { return numbers_; }   // numeric variables
+    std::vector<std::string>& texts() { return texts_; }  // text variables
 
 private:
     enum class Kind { Inferring, Number, Text, TextLater };

@@ -13,10 +13,10 @@ constexpr int kMaxJsonDepth = 200;
 // Why JSON text could not be parsed; ok when it could.
 struct JsonParseResult {
     bool ok = true;
-    std::string reason;   // "Missing a comma or ']' after an array element."
+    std::string reason;  // "Missing a comma or ']' after an array element."
     std::size_t offset = 0;
-    int line = 0;         // from 1, of the offset
-    int column = 0;       // from 1, in bytes
+    int line = 0;    // from 1, of the offset
+    int column = 0;  // from 1, in bytes
 };
 
 // Parses every JSON file the host reads (schemas, manifests, string tables)

@@ -41,7 +41,7 @@ private:
 
     std::string label_;
     std::deque<VariableInfo> variables_;
-    std::vector<std::vector<double>> numbers_;   // per variable; empty for text
+    std::vector<std::vector<double>> numbers_;     // per variable; empty for text
     std::vector<std::vector<std::string>> texts_;  // per variable; empty for numeric
     std::size_t caseCount_ = 0;
 };

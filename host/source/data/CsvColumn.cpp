@@ -35,10 +35,10 @@ CsvColumn::CsvColumn(std::string name, std::string label, const SchemaField* fie
     // The decimal mark: the field's own, else the one given for the file; a
     // group mark '.' without a decimal mark means a decimal comma.
     style_.decimal = field_ != nullptr && field_->decimalChar != 0 ? field_->decimalChar
-                     : source_.decimal != 0                       ? source_.decimal
-                     : style_.group == '.'                        ? ','
-                     : style_.group != 0                          ? '.'
-                                                                  : 0;
+                     : source_.decimal != 0                        ? source_.decimal
+                     : style_.group == '.'                         ? ','
+                     : style_.group != 0                           ? '.'
+                                                                   : 0;
     decimalKnown_ = style_.decimal != 0;
     if (!decimalKnown_) style_.decimal = '.';
     if (kind_ == Kind::Text)
@@ -48,13 +48,13 @@ CsvColumn::CsvColumn(std::string name, std::string label, const SchemaField* fie
 }
 
 void CsvColumn::failCell(int line, std::string_view cell, const std::string& problem) const {
-    throw DataLoadError(*source_.csvName + ":" + std::to_string(line) + ": \"" + std::string(cell) +
-                        "\" in column \"" + info_.name + "\" " + problem);
+    throw DataLoadError(*source_.csvName + ":" + std::to_string(line) + ": \"" + std::string(cell) + "\" in column \"" +
+                        info_.name + "\" " + problem);
 }
 
 void CsvColumn::failField(const std::string& problem) const {
-    throw DataLoadError(*source_.schemaName + ": field " + std::to_string(source_.fieldNumber) + " (\"" +
-                        field_->name + "\"): " + problem);
+    throw DataLoadError(*source_.schemaName + ": field " + std::to_string(source_.fieldNumber) + " (\"" + field_->name +
+                        "\"): " + problem);
 }
 
 NumberParse CsvColumn::parseCell(std::string_view cell, double& value) {
@@ -139,8 +139,8 @@ void CsvColumn::finish() {
 
 void CsvColumn::setNumericFormats(bool integersOnly, int longestCell, int decimals) {
     const int shownDecimals = field_ != nullptr && field_->displayDecimals >= 0 ? field_->displayDecimals
-                              : integersOnly                                   ? 0
-                                                                               : decimals;
+                              : integersOnly                                    ? 0
+                                                                                : decimals;
     int width = std::min(std::max(kDefaultNumericWidth, longestCell), kMaxInferredWidth);
     width = std::max(width, std::min(shownDecimals + 2, kMaxInferredWidth));
     if (field_ != nullptr && field_->displayWidth > 0) width = field_->displayWidth;

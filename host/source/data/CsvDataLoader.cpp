@@ -64,8 +64,7 @@ void noteRenamedColumns(const std::vector<HeaderName>& names, const std::string&
         if (header.original.empty())
             notes.add(where + column + " has no name in the header row; it is named " + header.name);
         else
-            notes.add(where + column + " (\"" + header.original + "\") is named " + header.name + ": " +
-                      header.reason);
+            notes.add(where + column + " (\"" + header.original + "\") is named " + header.name + ": " + header.reason);
     }
     if (renamed > kMaxRenameNotes)
         notes.add(where + std::to_string(renamed - kMaxRenameNotes) + " more columns are renamed by the same rule");
@@ -77,8 +76,8 @@ struct FieldMatch {
     std::vector<std::size_t> numbers;
 };
 
-FieldMatch matchFields(const TableSchema& schema, const std::vector<HeaderName>& names,
-                       const std::string& schemaName, const std::string& csvName) {
+FieldMatch matchFields(const TableSchema& schema, const std::vector<HeaderName>& names, const std::string& schemaName,
+                       const std::string& csvName) {
     FieldMatch match{std::vector<const SchemaField*>(names.size(), nullptr), std::vector<std::size_t>(names.size())};
     std::unordered_map<std::string_view, std::size_t> byOriginal;
     std::unordered_map<std::string_view, std::size_t> byName;
@@ -148,10 +147,9 @@ std::size_t countLines(const std::string& text) {
 }
 
 [[noreturn]] void failRowLength(const std::string& where, std::size_t fields, std::size_t columns, bool rowNames) {
-    throw DataLoadError(where + "row has " + std::to_string(fields) + (fields == 1 ? " field" : " fields") +
-                        ", header has " +
-                        (rowNames ? std::to_string(columns - 1) + " (and a first column of row names)"
-                                  : std::to_string(columns)));
+    throw DataLoadError(
+        where + "row has " + std::to_string(fields) + (fields == 1 ? " field" : " fields") + ", header has " +
+        (rowNames ? std::to_string(columns - 1) + " (and a first column of row names)" : std::to_string(columns)));
 }
 
 }  // namespace
@@ -171,8 +169,8 @@ std::shared_ptr<DataSet> loadCsvDataSet(const std::string& csvPath, const std::s
     const std::string csvName = fromStandardInput ? "standard input" : csvPath;
     const Notes notes(options);
     std::string encodingNote;
-    std::string text = decodeDataText(fromStandardInput ? readStandardInput(csvName) : readTextFile(csvPath),
-                                      csvName, encodingNote);
+    std::string text =
+        decodeDataText(fromStandardInput ? readStandardInput(csvName) : readTextFile(csvPath), csvName, encodingNote);
     if (!encodingNote.empty()) notes.add(encodingNote);
     const char delimiter = options.delimiter != 0 ? options.delimiter : detectDelimiter(text);
     const std::size_t expectedRows = countLines(text);
@@ -202,10 +200,10 @@ std::shared_ptr<DataSet> loadCsvDataSet(const std::string& csvPath, const std::s
     for (std::size_t i = 0; i < names.size(); ++i) {
         const SchemaField* field = match.fields[i];
         const auto texts = missing.of(field);
-        const CsvColumn::Source source{&csvName, &schemaFile, i + 1, match.numbers[i], texts.first, texts.second,
-                                       decimal};
-        columns.emplace_back(names[i].name, names[i].reason.empty() ? std::string() : names[i].original, field,
-                             source, expectedRows);
+        const CsvColumn::Source source{&csvName,    &schemaFile,  i + 1,  match.numbers[i],
+                                       texts.first, texts.second, decimal};
+        columns.emplace_back(names[i].name, names[i].reason.empty() ? std::string() : names[i].original, field, source,
+                             expectedRows);
     }
 
     std::size_t rows = 0;

@@ -50,8 +50,8 @@ std::string_view CsvReader::readQuotedField(std::size_t fieldNumber) {
     std::size_t copiedUpTo = begin;
     for (;;) {
         if (pos_ >= text_.size())
-            throw DataLoadError(fileName_ + ":" + std::to_string(firstLine) + ": field " +
-                                std::to_string(fieldNumber) + " opens a quote that is never closed");
+            throw DataLoadError(fileName_ + ":" + std::to_string(firstLine) + ": field " + std::to_string(fieldNumber) +
+                                " opens a quote that is never closed");
         const char c = text_[pos_];
         if (c == '"') {
             if (pos_ + 1 < text_.size() && text_[pos_ + 1] == '"') {

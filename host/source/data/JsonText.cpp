@@ -71,9 +71,9 @@ JsonParseResult parseWith(rapidjson::Document& document, std::string_view text) 
     if (!reader.HasParseError()) return result;
     result.ok = false;
     result.offset = reader.GetErrorOffset();
-    result.reason = tooDeep ? "Arrays and objects are nested more than " + std::to_string(kMaxJsonDepth) +
-                                  " levels deep."
-                            : rapidjson::GetParseError_En(reader.GetParseErrorCode());
+    result.reason = tooDeep
+                        ? "Arrays and objects are nested more than " + std::to_string(kMaxJsonDepth) + " levels deep."
+                        : rapidjson::GetParseError_En(reader.GetParseErrorCode());
     result.line = 1;
     std::size_t lineStart = 0;
     for (std::size_t i = 0; i < result.offset && i < text.size(); ++i)

@@ -14,10 +14,10 @@ bool isDigit(char c) { return c >= '0' && c <= '9'; }
 bool isUnderflow(std::string_view text) {
     std::size_t i = 0;
     if (i < text.size() && (text[i] == '-' || text[i] == '+')) ++i;
-    long magnitude = 0;       // decimal exponent of the first non-zero digit
+    long magnitude = 0;  // decimal exponent of the first non-zero digit
     bool seenNonZero = false;
     bool afterPoint = false;
-    long position = 0;        // digits seen before the point, or minus those after
+    long position = 0;  // digits seen before the point, or minus those after
     for (; i < text.size() && text[i] != 'e' && text[i] != 'E'; ++i) {
         if (text[i] == '.') {
             afterPoint = true;

@@ -84,8 +84,8 @@ private:
         const char* last = first + (value->IsString() ? value->GetStringLength() : 0);
         const auto result = std::from_chars(first, last, number);
         if (!value->IsString() || result.ec != std::errc() || result.ptr != last || number < low || number > high)
-            fail("\"" + std::string(property) + "\" must be a whole number from " + std::to_string(low) +
-                 " to " + std::to_string(high));
+            fail("\"" + std::string(property) + "\" must be a whole number from " + std::to_string(low) + " to " +
+                 std::to_string(high));
         return number;
     }
 

@@ -44,8 +44,7 @@ bool isRegularFile(const std::string& path) {
 
 std::string readTextFile(const std::string& path) {
     struct stat info {};
-    if (::stat(path.c_str(), &info) != 0)
-        throw DataLoadError(path + ": cannot read the file: " + std::strerror(errno));
+    if (::stat(path.c_str(), &info) != 0) throw DataLoadError(path + ": cannot read the file: " + std::strerror(errno));
     if (S_ISDIR(info.st_mode)) throw DataLoadError(path + ": this is a folder, not a file");
     const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
     if (fd < 0) throw DataLoadError(path + ": cannot read the file: " + std::strerror(errno));

@@ -144,11 +144,13 @@ TEST(CsvDataLoaderTest, SchemaFieldsMustBeColumnsOfTheFile) {
 TEST(CsvDataLoaderTest, SchemaPropertiesAreChecked) {
     Scratch s;
     const std::string data = "x\n1\n";
-    EXPECT_EQ(s.error(data, R"({"fields":[{"name":"x","type":"date"}]})"),
-              s.schema + ": field 1 (\"x\"): type \"date\" is not supported (use \"number\", \"integer\" or \"string\")");
+    EXPECT_EQ(
+        s.error(data, R"({"fields":[{"name":"x","type":"date"}]})"),
+        s.schema + ": field 1 (\"x\"): type \"date\" is not supported (use \"number\", \"integer\" or \"string\")");
     EXPECT_EQ(s.error(data, R"({"fields":[{"name":"x","measurementLevel":"interval"}]})"),
-              s.schema + ": field 1 (\"x\"): \"measurementLevel\" must be \"nominal\", \"ordinal\" or \"scale\", not "
-                         "\"interval\"");
+              s.schema +
+                  ": field 1 (\"x\"): \"measurementLevel\" must be \"nominal\", \"ordinal\" or \"scale\", not "
+                  "\"interval\"");
     EXPECT_EQ(s.error(data, R"({"fields":[{"name":"x","type":"string","measurementLevel":"scale"}]})"),
               s.schema + ": field 1 (\"x\"): a string field cannot have the measurement level \"scale\"");
     EXPECT_EQ(s.error(data, R"({"fields":[{"name":"x","title":true}]})"),
@@ -157,11 +159,13 @@ TEST(CsvDataLoaderTest, SchemaPropertiesAreChecked) {
     EXPECT_EQ(s.error(data, R"({"fields":[{"name":"x","displayDecimals":40}]})"),
               s.schema + ": field 1 (\"x\"): \"displayDecimals\" must be a whole number from 0 to 16");
     EXPECT_EQ(s.error(data, R"({"fields":[{"name":"x","displayWidth":41}]})"),
-              s.schema + ": field 1 (\"x\"): a numeric format needs a width from 1 to 40 and fewer decimals than "
-                         "its width");
+              s.schema +
+                  ": field 1 (\"x\"): a numeric format needs a width from 1 to 40 and fewer decimals than "
+                  "its width");
     EXPECT_EQ(s.error(data, R"({"fields":[{"name":"x","writeWidth":4,"writeDecimals":4}]})"),
-              s.schema + ": field 1 (\"x\"): a numeric format needs a width from 1 to 40 and fewer decimals than "
-                         "its width");
+              s.schema +
+                  ": field 1 (\"x\"): a numeric format needs a width from 1 to 40 and fewer decimals than "
+                  "its width");
     EXPECT_EQ(s.error(data, R"({"fields":[{"name":"x","categories":[{"label":"one"}]}]})"),
               s.schema + ": field 1 (\"x\"): each category needs a \"value\" (a number or a text)");
     EXPECT_EQ(s.error(data, R"({"fields":[{"name":"x","type":"number","categories":[{"value":"one"}]}]})"),
@@ -436,7 +440,8 @@ TEST(CsvDataLoaderTest, NaOptionReplacesTheDefaultListInEveryColumn) {
 TEST(CsvDataLoaderTest, SeparatorIsDetected) {
     Scratch s;
     for (const std::string sep : {";", "\t", "|"}) {
-        const auto data = s.load("a" + sep + "b c" + sep + "d\n1" + sep + "2" + sep + "x,y\n3" + sep + "4" + sep + "z\n");
+        const auto data =
+            s.load("a" + sep + "b c" + sep + "d\n1" + sep + "2" + sep + "x,y\n3" + sep + "4" + sep + "z\n");
         ASSERT_EQ(data->variableCount(), 3) << sep;
         EXPECT_EQ(data->variable(1).name, "b_c");
         EXPECT_EQ(data->numericValue(1, 1), 4.0);
@@ -525,7 +530,8 @@ TEST(CsvDataLoaderTest, RowNamesWithoutAHeaderCellGetAColumn) {
     EXPECT_EQ(data->variable(0).name, "V1");
     EXPECT_EQ(data->textValue(1, 0), "Datsun 710");
     EXPECT_EQ(data->numericValue(1, 1), 22.8);
-    EXPECT_EQ(s.error("a,b\n1,2,3\n4,5\n"), s.csv + ":3: row has 2 fields, header has 2 (and a first column of row names)");
+    EXPECT_EQ(s.error("a,b\n1,2,3\n4,5\n"),
+              s.csv + ":3: row has 2 fields, header has 2 (and a first column of row names)");
 }
 
 TEST(CsvDataLoaderTest, RenamedColumnsGetOneNoteEach) {
@@ -533,9 +539,11 @@ TEST(CsvDataLoaderTest, RenamedColumnsGetOneNoteEach) {
     writeFile(s.csv, "a b,,a\n1,2,3\n");
     std::ostringstream notes;
     host::loadCsvDataSet(s.csv, "", withNotes(notes));
-    EXPECT_EQ(notes.str(), "Note: " + s.csv + ":1: column 1 (\"a b\") is named a_b: a variable name may hold only "
-                           "letters, digits, '.', '_', '$', '#' and '@'\n"
-                           "Note: " + s.csv + ":1: column 2 has no name in the header row; it is named V2\n");
+    EXPECT_EQ(notes.str(), "Note: " + s.csv +
+                               ":1: column 1 (\"a b\") is named a_b: a variable name may hold only "
+                               "letters, digits, '.', '_', '$', '#' and '@'\n"
+                               "Note: " +
+                               s.csv + ":1: column 2 has no name in the header row; it is named V2\n");
     host::CsvLoadOptions quiet = withNotes(notes);
     quiet.quiet = true;
     notes.str("");
@@ -545,10 +553,14 @@ TEST(CsvDataLoaderTest, RenamedColumnsGetOneNoteEach) {
 
 TEST(CsvDataLoaderTest, TextThatIsNotUtf8IsReadAsWindows1252WithANote) {
     Scratch s;
-    writeFile(s.csv, "Gr\xF6\xDF" "e,x\n1,\x80 5\n");
+    writeFile(s.csv,
+              "Gr\xF6\xDF"
+              "e,x\n1,\x80 5\n");
     std::ostringstream notes;
     const auto data = host::loadCsvDataSet(s.csv, "", withNotes(notes));
-    EXPECT_EQ(data->variable(0).name, "Gr\xC3\xB6\xC3\x9F" "e");
+    EXPECT_EQ(data->variable(0).name,
+              "Gr\xC3\xB6\xC3\x9F"
+              "e");
     EXPECT_EQ(data->textValue(0, 1), "\xE2\x82\xAC 5");
     EXPECT_EQ(notes.str(), "Note: " + s.csv + ":1: the file is not UTF-8 text; it is read as Windows-1252 (Latin-1)\n");
 }
@@ -575,8 +587,8 @@ TEST(CsvDataLoaderTest, Utf16WithByteOrderMarkIsConverted) {
 
 TEST(CsvDataLoaderTest, DeeplyNestedSchemaIsRefusedWithoutCrashing) {
     Scratch s;
-    const std::string nested = R"({"fields":[{"name":"x","title":)" + std::string(150000, '[') +
-                               std::string(150000, ']') + "}]}";
+    const std::string nested =
+        R"({"fields":[{"name":"x","title":)" + std::string(150000, '[') + std::string(150000, ']') + "}]}";
     EXPECT_EQ(s.error("x\n1\n", nested),
               s.schema + ":1: not valid JSON: Arrays and objects are nested more than 200 levels deep.");
 }

@@ -65,17 +65,17 @@ std::string GetExtendFilePath(const std::string& name, bool forWriting, bool mus
         return fail(reportErrors, "Cannot use the file name " + quoted(name) + ": the folder " +
                                       quoted(folder.string()) + " does not exist.");
     if (!fs::is_directory(folderStatus))
-        return fail(reportErrors,
-                    "Cannot use the file name " + quoted(name) + ": " + quoted(folder.string()) + " is not a folder.");
+        return fail(reportErrors, "Cannot use the file name " + quoted(name) + ": " + quoted(folder.string()) +
+                                      " is not a folder.");
     const fs::file_status status = fs::status(path, error);
     if (fs::is_directory(status))
-        return fail(reportErrors,
-                    "Cannot use the file name " + quoted(name) + ": " + quoted(path.string()) + " is a folder.");
+        return fail(reportErrors, "Cannot use the file name " + quoted(name) + ": " + quoted(path.string()) +
+                                      " is a folder.");
     if (mustExist && !fs::exists(status))
-        return fail(reportErrors, "Cannot use the file name " + quoted(name) + ": the file " + quoted(path.string()) +
-                                      " does not exist.");
+        return fail(reportErrors, "Cannot use the file name " + quoted(name) + ": the file " +
+                                      quoted(path.string()) + " does not exist.");
     if (forWriting && fs::exists(status) && ::access(path.c_str(), W_OK) != 0)
-        return fail(reportErrors, "Cannot use the file name " + quoted(name) + ": the file " + quoted(path.string()) +
-                                      " cannot be written.");
+        return fail(reportErrors, "Cannot use the file name " + quoted(name) + ": the file " +
+                                      quoted(path.string()) + " cannot be written.");
     return path.string();
 }

@@ -5,7 +5,9 @@
 
 namespace host {
 
-void reportHostError(const std::string& text) { HostSession::instance().addMessage(MessageLevel::Error, "", text); }
+void reportHostError(const std::string& text) {
+    HostSession::instance().addMessage(MessageLevel::Error, "", text);
+}
 
 void raiseHostError(const std::string& text) {
     reportHostError(text);

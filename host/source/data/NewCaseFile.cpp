@@ -38,8 +38,8 @@ std::string quoted(const std::string& path) { return "\"" + path + "\""; }
 // A CSV cell: quoted when it holds a comma, a quote, a line break or blanks
 // at its ends, so that it reads back unchanged.
 void appendCell(std::string& row, const char* text, std::size_t length) {
-    bool needsQuotes =
-        length > 0 && (text[0] == ' ' || text[0] == '\t' || text[length - 1] == ' ' || text[length - 1] == '\t');
+    bool needsQuotes = length > 0 && (text[0] == ' ' || text[0] == '\t' || text[length - 1] == ' ' ||
+                                      text[length - 1] == '\t');
     for (std::size_t i = 0; i < length && !needsQuotes; ++i)
         needsQuotes = text[i] == ',' || text[i] == '"' || text[i] == '\n' || text[i] == '\r';
     if (!needsQuotes) {
@@ -70,13 +70,15 @@ NewCaseFile::NewCaseFile(const UserCaseFileSpec& spec)
       dictionary_(std::make_shared<MemoryDataSet>()),
       data_(dataPath_),
       schema_(schemaPath_) {
-    if (!spec.IsInit() || spec.GetPath().empty()) raiseHostError("No file name was given for the new data file.");
-    if (!spec.IsForWriting()) raiseHostError("The data file " + quoted(dataPath_) + " was not named for writing.");
+    if (!spec.IsInit() || spec.GetPath().empty())
+        raiseHostError("No file name was given for the new data file.");
+    if (!spec.IsForWriting())
+        raiseHostError("The data file " + quoted(dataPath_) + " was not named for writing.");
     if (isFolder(dataPath_))
         raiseHostError("Cannot write the data file " + quoted(dataPath_) + ": a folder of that name exists.");
     if (isFolder(schemaPath_))
-        raiseHostError("Cannot write the dictionary " + quoted(schemaPath_) + " of the data file " + quoted(dataPath_) +
-                       ": a folder of that name exists.");
+        raiseHostError("Cannot write the dictionary " + quoted(schemaPath_) + " of the data file " +
+                       quoted(dataPath_) + ": a folder of that name exists.");
     if (!spec.MayReplace() && exists(dataPath_))
         raiseHostError("The data file " + quoted(dataPath_) + " already exists.");
     if (!data_.open()) raiseHostError("Cannot write the data file " + quoted(dataPath_) + ": " + data_.problem() + ".");
@@ -117,8 +119,8 @@ int NewCaseFile::makeVariable(int width) {
     requireOpen("add a variable to the dictionary");
     if (width < 0 || width > kMaxTextWidth)
         raiseHostError("Cannot add a variable of width " + std::to_string(width) + " to the data file " +
-                       quoted(dataPath_) + ": the width must be 0 (numeric) or 1 to " + std::to_string(kMaxTextWidth) +
-                       " (text).");
+                       quoted(dataPath_) + ": the width must be 0 (numeric) or 1 to " +
+                       std::to_string(kMaxTextWidth) + " (text).");
     VariableInfo info;
     char name[32];
     std::snprintf(name, sizeof name, "VAR%05d", dictionary_->variableCount() + 1);
@@ -198,7 +200,8 @@ void NewCaseFile::close() {
     if (!schema_.write(writeTableSchema(*dictionary_)))
         fail("Cannot write the dictionary " + quoted(schemaPath_) + ": " + schema_.problem() + ".");
     if (!data_.finish()) fail("Cannot write the data file " + quoted(dataPath_) + ": " + data_.problem() + ".");
-    if (!schema_.finish()) fail("Cannot write the dictionary " + quoted(schemaPath_) + ": " + schema_.problem() + ".");
+    if (!schema_.finish())
+        fail("Cannot write the dictionary " + quoted(schemaPath_) + ": " + schema_.problem() + ".");
     putFilesInPlace();
     state_ = State::Closed;
 }

@@ -41,8 +41,9 @@ void VELA_Case::SetColumnValue(int column, const char* text, int length) {
         host::raiseHostError("Cannot put text into column " + std::to_string(column) + ": its variable is numeric.");
     char* bytes = reinterpret_cast<char*>(buffer_ + column);
     // Text ends at its length or at a NUL byte; the rest of the width is blank.
-    const std::size_t used =
-        text == nullptr || length <= 0 ? 0 : ::strnlen(text, static_cast<std::size_t>(std::min(length, width)));
+    const std::size_t used = text == nullptr || length <= 0
+                                 ? 0
+                                 : ::strnlen(text, static_cast<std::size_t>(std::min(length, width)));
     if (used > 0) std::memcpy(bytes, text, used);
     const std::size_t span = sizeof(OBS) * static_cast<std::size_t>(host::ColumnLayout::columnsOfType(width));
     std::memset(bytes + used, ' ', span - used);

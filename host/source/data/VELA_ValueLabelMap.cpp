@@ -24,7 +24,8 @@ VELA_ValueLabelMap::VELA_ValueLabelMap(int type) : impl_(std::make_unique<Impl>(
     impl_->type = type > 0 ? type : 0;
 }
 
-VELA_ValueLabelMap::VELA_ValueLabelMap(const VELA_ValueLabelMap& other) : impl_(std::make_unique<Impl>(*other.impl_)) {}
+VELA_ValueLabelMap::VELA_ValueLabelMap(const VELA_ValueLabelMap& other)
+    : impl_(std::make_unique<Impl>(*other.impl_)) {}
 
 VELA_ValueLabelMap& VELA_ValueLabelMap::operator=(const VELA_ValueLabelMap& other) {
     if (this != &other) *impl_ = *other.impl_;

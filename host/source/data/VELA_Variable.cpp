@@ -22,11 +22,13 @@ const host::VariableInfo* infoOf(const std::shared_ptr<VELA_Variable::Impl>& imp
 
 host::VariableInfo& editable(const std::shared_ptr<VELA_Variable::Impl>& impl, const std::string& action) {
     if (infoOf(impl) == nullptr) host::raiseHostError("Cannot " + action + ": there is no such variable.");
-    if (!impl->source->newFile) host::raiseHostError("Cannot " + action + ": the active data set cannot be changed.");
+    if (!impl->source->newFile)
+        host::raiseHostError("Cannot " + action + ": the active data set cannot be changed.");
     return impl->source->newFile->editVariable(impl->index);
 }
 
-std::string formatProblem(const host::VariableInfo& variable, VELA_Format::FormatType type, int width, int decimals) {
+std::string formatProblem(const host::VariableInfo& variable, VELA_Format::FormatType type, int width,
+                          int decimals) {
     if (variable.type == 0) {
         if (type != VELA_Format::FormatNumeric) return "a numeric variable needs a numeric format";
         if (width < 1 || width > kMaxNumericWidth)
@@ -134,14 +136,14 @@ void VELA_Variable::SetLabel(const std::string& label) {
 void VELA_Variable::SetValueLabels(const VELA_ValueLabelMap& labels) {
     host::VariableInfo& info = editable(impl_, "set the value labels of variable \"" + GetName() + "\"");
     if ((info.type == 0) != (labels.GetType() == 0))
-        host::raiseHostError(
-            "Cannot set the value labels of variable \"" + info.name + "\": " +
-            (info.type == 0 ? "a numeric variable needs numeric values." : "a text variable needs text values."));
+        host::raiseHostError("Cannot set the value labels of variable \"" + info.name + "\": " +
+                             (info.type == 0 ? "a numeric variable needs numeric values."
+                                             : "a text variable needs text values."));
     std::vector<std::pair<std::string, std::string>> pairs = labels.GetPairs();
     for (const auto& pair : pairs)
         if (info.type > 0 && static_cast<int>(pair.first.size()) > info.type)
             host::raiseHostError("Cannot set the value labels of variable \"" + info.name + "\": the value \"" +
-                                 pair.first + "\" is longer than the variable's width " + std::to_string(info.type) +
-                                 ".");
+                                 pair.first + "\" is longer than the variable's width " +
+                                 std::to_string(info.type) + ".");
     info.valueLabels = std::move(pairs);
 }

@@ -18,7 +18,8 @@ std::string upper(const std::string& text) {
 std::string variableNameProblem(const std::string& name) {
     if (name.empty()) return "a variable name cannot be empty";
     const unsigned char first = static_cast<unsigned char>(name[0]);
-    if (!isAsciiLetter(first) && first < 0x80) return "a variable name must start with a letter";
+    if (!isAsciiLetter(first) && first < 0x80)
+        return "a variable name must start with a letter";
     for (char ch : name) {
         const unsigned char c = static_cast<unsigned char>(ch);
         if (c >= 0x80 || isAsciiLetter(c) || (c >= '0' && c <= '9')) continue;
@@ -26,7 +27,7 @@ std::string variableNameProblem(const std::string& name) {
         return "a variable name may hold only letters, digits, '.', '_', '$', '#' and '@'";
     }
     if (name.back() == '.') return "a variable name cannot end with '.'";
-    static const char* const reserved[] = {"ALL", "AND", "BY",  "EQ", "GE", "GT",  "LE",
+    static const char* const reserved[] = {"ALL", "AND", "BY", "EQ", "GE", "GT", "LE",
                                            "LT",  "NE",  "NOT", "OR", "TO", "WITH"};
     const std::string upperName = upper(name);
     for (const char* word : reserved)

@@ -66,6 +66,7 @@ private:
     bool integersOnly_ = false;
     NumberStyle style_;
     bool decimalKnown_ = true;
+    bool plain_ = true;  // numbers as parseNumber reads them: decimal point, nothing else
     int longest_ = 0;
     int decimals_ = 0;
     int tooLargeLine_ = 0;  // first number too large for a double, reported if the column stays numeric

@@ -44,6 +44,7 @@ private:
     std::string text_;
     std::string fileName_;
     char delimiter_;
+    bool endsField_[256] = {};  // the separator, CR and LF
     std::size_t start_ = 0;
     std::size_t pos_ = 0;
     int line_ = 1;

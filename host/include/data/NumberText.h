@@ -38,6 +38,13 @@ std::string formatNumber(double value);
 int writtenDecimals(std::string_view text, char decimal = '.');
 
 // Removes blanks (spaces and tabs) at both ends.
-std::string_view trimBlanks(std::string_view text);
+inline std::string_view trimBlanks(std::string_view text) {
+    while (!text.empty() && (text.front() == ' ' || text.front() == '\t')) text.remove_prefix(1);
+    while (!text.empty() && (text.back() == ' ' || text.back() == '\t')) text.remove_suffix(1);
+    return text;
+}
+
+// parseNumber for a text without blanks at its ends.
+NumberParse parseTrimmedNumber(std::string_view text, double& value);
 
 }  // namespace host

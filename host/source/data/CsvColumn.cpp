@@ -15,6 +15,16 @@ constexpr int kDefaultNumericWidth = 8;
 constexpr int kMaxInferredWidth = 40;  // also the widest numeric format
 constexpr int kMaxDecimals = 16;
 
+// Digits after the decimal mark of a number as written ("1.250" -> 3);
+// exponent forms count as 0. Same as writtenDecimals, for trimmed text.
+int decimalsOf(std::string_view number, char mark) {
+    std::size_t digits = 0;
+    while (digits < number.size() && number[number.size() - 1 - digits] >= '0' &&
+           number[number.size() - 1 - digits] <= '9')
+        ++digits;
+    return digits < number.size() && number[number.size() - 1 - digits] == mark ? static_cast<int>(digits) : 0;
+}
+
 }  // namespace
 
 CsvColumn::CsvColumn(std::string name, std::string label, const SchemaField* field, const Source& source,
@@ -41,6 +51,7 @@ CsvColumn::CsvColumn(std::string name, std::string label, const SchemaField* fie
                                                                    : 0;
     decimalKnown_ = style_.decimal != 0;
     if (!decimalKnown_) style_.decimal = '.';
+    plain_ = decimalKnown_ && style_.decimal == '.' && style_.group == 0 && style_.bare;
     if (kind_ == Kind::Text)
         texts_.reserve(expectedRows);
     else
@@ -58,6 +69,7 @@ void CsvColumn::failField(const std::string& problem) const {
 }
 
 NumberParse CsvColumn::parseCell(std::string_view cell, double& value) {
+    if (plain_) return parseTrimmedNumber(cell, value);
     if (decimalKnown_) return parseNumber(cell, value, style_);
     // The first number written with a decimal mark fixes the column's mark.
     const bool comma = cell.find(',') != std::string_view::npos;
@@ -74,6 +86,7 @@ NumberParse CsvColumn::parseCell(std::string_view cell, double& value) {
     }
     const NumberParse result = parseNumber(cell, value, style_);
     if (point && result != NumberParse::NotANumber) decimalKnown_ = true;
+    plain_ = decimalKnown_ && style_.decimal == '.' && style_.group == 0 && style_.bare;
     return result;
 }
 
@@ -106,7 +119,7 @@ void CsvColumn::addCell(std::string_view cell, int line) {
     if (integersOnly_ && std::trunc(value) != value) failCell(line, cell, "is not a whole number");
     numbers_.push_back(value);
     longest_ = std::max(longest_, static_cast<int>(trimmed.size()));
-    decimals_ = std::max(decimals_, writtenDecimals(trimmed, style_.decimal));
+    decimals_ = std::max(decimals_, decimalsOf(trimmed, style_.decimal));
 }
 
 void CsvColumn::addText(std::string_view cell) {

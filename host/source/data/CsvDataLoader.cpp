@@ -1,6 +1,7 @@
 #include "data/CsvDataLoader.h"
 
 #include <algorithm>
+#include <cstring>
 #include <memory>
 #include <ostream>
 #include <string_view>
@@ -140,10 +141,18 @@ private:
     const MissingValueSet* text_ = nullptr;
 };
 
+std::size_t countOf(const std::string& text, char c) {
+    std::size_t count = 0;
+    for (const char* p = text.data(); (p = static_cast<const char*>(std::memchr(p, c, text.data() + text.size() - p)));
+         ++p)
+        ++count;
+    return count;
+}
+
+// Lines of the text, an upper bound on its records.
 std::size_t countLines(const std::string& text) {
-    const auto lf = static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
-    if (lf > 0) return lf + 1;
-    return static_cast<std::size_t>(std::count(text.begin(), text.end(), '\r')) + 1;
+    const std::size_t lf = countOf(text, '\n');
+    return (lf > 0 ? lf : countOf(text, '\r')) + 1;
 }
 
 [[noreturn]] void failRowLength(const std::string& where, std::size_t fields, std::size_t columns, bool rowNames) {

@@ -16,6 +16,7 @@ bool isBlank(char c) { return c == ' ' || c == '\t'; }
 CsvReader::CsvReader(std::string text, std::string fileName, char delimiter)
     : text_(std::move(text)), fileName_(std::move(fileName)), delimiter_(delimiter) {
     if (text_.compare(0, 3, "\xEF\xBB\xBF") == 0) start_ = 3;
+    for (const char c : {delimiter_, '\n', '\r'}) endsField_[static_cast<unsigned char>(c)] = true;
     restart();
 }
 
@@ -88,8 +89,7 @@ std::string_view CsvReader::readPlainField() {
     const char* const data = text_.data();
     const char* p = data + pos_;
     const char* const end = data + text_.size();
-    const char delimiter = delimiter_;
-    while (p < end && *p != delimiter && *p != '\n' && *p != '\r') ++p;
+    while (p < end && !endsField_[static_cast<unsigned char>(*p)]) ++p;
     const std::size_t begin = pos_;
     pos_ = static_cast<std::size_t>(p - data);
     return std::string_view(data + begin, pos_ - begin);

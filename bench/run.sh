@@ -142,3 +142,7 @@ echo "L1: peak memory $(mb "$(value peak_bytes "$l1")") MiB, limit file + 2 x do
      "$(awk -v p="$(value peak_bytes "$l1")" -v l="$(value limit_bytes "$l1")" 'BEGIN { print (p + 0 <= l + 0 ? "met" : "NOT met") }')"
 echo "L1: R read.csv $(s3 "$(value peer_cpu "$pl1")") s CPU, $(s3 "$(value peer_wall "$pl1")") s wall," \
      "Rscript peak $(mb "$(value peak_bytes "$pl1")") MiB; speed-up $(calc "%.1fx" "$(value peer_cpu "$pl1")" "$(value load_cpu "$l1")" "a / b")"
+l2="$("$BUILD/bin/CsvLoadBench" scale "$WORK")"
+echo "L2: once quadratic, each must load in under 2 s: 100,000 columns of one name $(s3 "$(value wide_cpu "$l2")") s," \
+     "200,000 categories $(s3 "$(value categories_cpu "$l2")") s, 20,000 missing-value texts x 20,000 cells" \
+     "$(s3 "$(value missing_cpu "$l2")") s"

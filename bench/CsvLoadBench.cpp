@@ -88,7 +88,8 @@ int scale(const std::string& folder) {
     for (int i = 0; i < 200000; ++i)
         categories += (i ? ",{\"value\":" : "{\"value\":") + std::to_string(i) + ",\"label\":\"c\"}";
     writeText(folder + "/categories.csv", "g\n1\n");
-    writeText(folder + "/categories.schema.json", "{\"fields\":[{\"name\":\"g\",\"categories\":[" + categories + "]}]}");
+    writeText(folder + "/categories.schema.json",
+              "{\"fields\":[{\"name\":\"g\",\"categories\":[" + categories + "]}]}");
     std::string codes;
     std::string cells = "v\n";
     for (int i = 0; i < 20000; ++i) {

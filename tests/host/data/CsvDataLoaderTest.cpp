@@ -36,6 +36,10 @@ struct Scratch {
         if (!dictionary.empty()) writeFile(schema, dictionary);
         return host::loadCsvDataSet(csv, "");
     }
+    std::shared_ptr<host::DataSet> loadWith(const std::string& data, const host::CsvLoadOptions& options) {
+        writeFile(csv, data);
+        return host::loadCsvDataSet(csv, "", options);
+    }
     std::string error(const std::string& data, const std::string& dictionary = "") {
         writeFile(csv, data);
         if (!dictionary.empty()) writeFile(schema, dictionary);
@@ -423,10 +427,9 @@ TEST(CsvDataLoaderTest, NaIsMissingInNumericColumnsAndTextElsewhere) {
 
 TEST(CsvDataLoaderTest, NaOptionReplacesTheDefaultListInEveryColumn) {
     Scratch s;
-    writeFile(s.csv, "x,y,t\n-99,NA,.\n2,3,a\n");
     host::CsvLoadOptions options;
     options.missingValues = std::vector<std::string>{"-99", "."};
-    const auto data = host::loadCsvDataSet(s.csv, "", options);
+    const auto data = s.loadWith("x,y,t\n-99,NA,.\n2,3,a\n", options);
     EXPECT_EQ(data->numericValue(0, 0), kSystemMissing);
     EXPECT_EQ(data->variable(1).type, 2);  // "NA" is no longer missing: y is text
     EXPECT_EQ(data->textValue(0, 2), "");
@@ -451,10 +454,9 @@ TEST(CsvDataLoaderTest, SeparatorIsDetected) {
 
 TEST(CsvDataLoaderTest, ForcedSeparatorWinsOverDetection) {
     Scratch s;
-    writeFile(s.csv, "a;b,c\n1;2,3\n");
     host::CsvLoadOptions options;
     options.delimiter = ';';
-    const auto data = host::loadCsvDataSet(s.csv, "", options);
+    const auto data = s.loadWith("a;b,c\n1;2,3\n", options);
     ASSERT_EQ(data->variableCount(), 2);
     EXPECT_EQ(data->variable(1).name, "b_c");
     EXPECT_EQ(data->numericValue(0, 1), 2.3);  // with ';' between fields, a decimal comma
@@ -476,15 +478,13 @@ TEST(CsvDataLoaderTest, DecimalCommaIsDetectedPerColumnWithSemicolons) {
 
 TEST(CsvDataLoaderTest, ForcedDecimalComma) {
     Scratch s;
-    writeFile(s.csv, "a;b\n1.5;\"2,5\"\n");
     host::CsvLoadOptions options;
     options.decimal = ',';
-    const auto data = host::loadCsvDataSet(s.csv, "", options);
+    const auto data = s.loadWith("a;b\n1.5;\"2,5\"\n", options);
     EXPECT_NE(data->variable(0).type, 0);  // "1.5" is not a number with a decimal comma
     EXPECT_EQ(data->numericValue(0, 1), 2.5);
     // With commas between fields, quoted numbers can have a decimal comma.
-    writeFile(s.csv, "a,b\n\"1,5\",2\n");
-    EXPECT_EQ(host::loadCsvDataSet(s.csv, "", options)->numericValue(0, 0), 1.5);
+    EXPECT_EQ(s.loadWith("a,b\n\"1,5\",2\n", options)->numericValue(0, 0), 1.5);
 }
 
 TEST(CsvDataLoaderTest, SchemaNumberPropertiesAreHonoured) {

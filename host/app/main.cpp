@@ -118,7 +118,7 @@ bool writeReport(const std::string& path, const char* what,
 int main(int argc, char** argv) {
     CLI::App app{kDescription, "distcorr"};
     Options opt;
-    app.add_option("--data", opt.data, "CSV data file to analyse")->required();
+    app.add_option("--data", opt.data, "CSV data file to analyse; - reads it from standard input")->required();
     app.add_option("--schema", opt.schema, "Table Schema dictionary (default: FILE.schema.json beside the CSV)");
     app.add_option("syntax", opt.syntaxFile, "Syntax file with commands, or - for standard input");
     app.add_option("-e,--execute", opt.exec, "Command text to run");
@@ -126,11 +126,29 @@ int main(int argc, char** argv) {
     app.add_option("--html", opt.html, "Write an HTML report with tables and charts to this file");
     app.add_option("--lang", opt.lang, "Language of the output labels (e.g. de); English by default");
     app.add_option("--procedures", opt.procedures, "Folder of procedure manifests (default: ../lib beside distcorr)");
-    app.add_flag("-q,--quiet", opt.quiet, "Do not print the tables on standard output");
+    app.add_flag("-q,--quiet", opt.quiet, "Do not print the tables on standard output, nor notes about the data");
+    // Import options of the CSV file (docs/data-files.md).
+    host::CsvLoadOptions load;
+    app.add_option_function<std::string>(
+           "--na", [&](const std::string& list) { load.missingValues = host::parseMissingValueList(list); },
+           "Texts meaning missing, separated by commas (default: empty cells, and NA in numeric columns)")
+        ->type_name("LIST");
+    app.add_option_function<std::string>(
+           "--delimiter", [&](const std::string& c) { load.delimiter = host::parseDelimiterOption(c); },
+           "Field separator: , ; | or tab (default: detected from the first lines)")
+        ->type_name("C")
+        ->check([](const std::string& c) { return host::parseDelimiterOption(c) ? "" : "use , ; | or tab"; });
+    app.add_option_function<std::string>(
+           "--decimal", [&](const std::string& c) { load.decimal = host::parseDecimalOption(c); },
+           "Decimal mark: . or , (default: . with the comma separator, else detected per column)")
+        ->type_name("C")
+        ->check([](const std::string& c) { return host::parseDecimalOption(c) ? "" : "use . or ,"; });
     try {
         app.parse(argc, argv);
         if (!opt.exec.empty() && !opt.syntaxFile.empty())
             throw CLI::ValidationError("give either a syntax file or -e TEXT, not both");
+        if (opt.data == "-" && opt.syntaxFile == "-")
+            throw CLI::ValidationError("--data - and the syntax - cannot both read standard input");
     } catch (const CLI::ParseError& e) {
         const int code = app.exit(e);
         return code == 0 ? kExitOk : kExitUsage;
@@ -141,7 +159,9 @@ int main(int argc, char** argv) {
 
     std::shared_ptr<host::DataSet> data;
     try {
-        data = host::loadCsvDataSet(opt.data, opt.schema);
+        load.notes = &std::cerr;
+        load.quiet = opt.quiet;
+        data = host::loadCsvDataSet(opt.data, opt.schema, load);
     } catch (const std::exception& e) {
         std::cerr << "Error: " << e.what() << "\n";
         return kExitData;

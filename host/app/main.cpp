@@ -70,11 +70,12 @@ struct Options {
     std::string procedures;
     unsigned threads = 0;  // 0: the processors this process may use
     bool quiet = false;
+    host::CsvLoadOptions load;  // import options of the CSV file
 };
 
 void declareOptions(CLI::App& app, Options& opt) {
     app.set_version_flag("--version", std::string("distcorr ") + host::version());
-    app.add_option("--data", opt.data, "CSV data file to analyse")->required();
+    app.add_option("--data", opt.data, "CSV data file to analyse; - reads it from standard input")->required();
     app.add_option("--schema", opt.schema, "Table Schema dictionary (default: FILE.schema.json beside the CSV)");
     app.add_option("syntax", opt.syntaxFile, "Syntax file with commands, or - for standard input");
     app.add_option("-e,--execute", opt.execute, "Command text to run (may be repeated; run in order)")
@@ -86,7 +87,24 @@ void declareOptions(CLI::App& app, Options& opt) {
     app.add_option("--procedures", opt.procedures, "Folder of procedure manifests (default: ../lib beside distcorr)");
     app.add_option("--threads", opt.threads, "Worker threads for procedures (default: the processors available)")
         ->check(CLI::Range(1u, 1024u));
-    app.add_flag("-q,--quiet", opt.quiet, "Do not print the tables on standard output, and show no progress line");
+    app.add_flag("-q,--quiet", opt.quiet,
+                 "Do not print the tables on standard output, nor notes about the data, and show no progress line");
+    // Import options of the CSV file (docs/data-files.md).
+    host::CsvLoadOptions& load = opt.load;
+    app.add_option_function<std::string>(
+           "--na", [&load](const std::string& list) { load.missingValues = host::parseMissingValueList(list); },
+           "Texts meaning missing, separated by commas (default: empty cells, and NA in numeric columns)")
+        ->type_name("LIST");
+    app.add_option_function<std::string>(
+           "--delimiter", [&load](const std::string& c) { load.delimiter = host::parseDelimiterOption(c); },
+           "Field separator: , ; | or tab (default: detected from the first lines)")
+        ->type_name("C")
+        ->check([](const std::string& c) { return host::parseDelimiterOption(c) ? "" : "use , ; | or tab"; });
+    app.add_option_function<std::string>(
+           "--decimal", [&load](const std::string& c) { load.decimal = host::parseDecimalOption(c); },
+           "Decimal mark: . or , (default: . with the comma separator, else detected per column)")
+        ->type_name("C")
+        ->check([](const std::string& c) { return host::parseDecimalOption(c) ? "" : "use . or ,"; });
 }
 
 // Files this run reads; no output may replace them.
@@ -201,7 +219,9 @@ int run(Options& opt) {
     session.setLanguage(opt.lang);
     std::shared_ptr<host::DataSet> data;
     try {
-        data = host::loadCsvDataSet(opt.data, opt.schema);
+        opt.load.notes = &std::cerr;
+        opt.load.quiet = opt.quiet;
+        data = host::loadCsvDataSet(opt.data, opt.schema, opt.load);
     } catch (const std::exception& e) {
         std::cerr << "Error: " << e.what() << "\n";
         return kExitData;

@@ -210,4 +210,31 @@ TEST(DistcorrCommandLine, ThreadsOutOfRangeIsAUsageError) {
         EXPECT_EQ(runDistcorr({"--data", kSmall, "--threads", n, "-e", kCoefficients}).exitCode, 2) << n;
 }
 
+TEST(DistcorrCommandLine, DataFromStandardInputNeedsCommandsFromElsewhere) {
+    const std::string csv = readWholeFile(kSmall);
+    const DistcorrResult both = runDistcorr({"--data", "-", "-"}, csv);
+    EXPECT_EQ(both.exitCode, 2);
+    EXPECT_EQ(both.err, "Error: standard input cannot hold both the data (--data -) and the commands (-)\n");
+    const DistcorrResult none = runDistcorr({"--data", "-"}, csv);
+    EXPECT_EQ(none.exitCode, 2);
+    EXPECT_TRUE(contains(none.err, "the data comes from standard input (--data -)")) << none.err;
+    const DistcorrResult good = runDistcorr({"--data", "-", "-e", kCoefficients}, csv);
+    EXPECT_EQ(good.exitCode, 0) << good.err;
+    EXPECT_TRUE(contains(good.out, "0.5817")) << good.out;
+}
+
+TEST(DistcorrCommandLine, DataFileRedirectedToStandardInputIsStillProtected) {
+    const std::string dir = makeTempDir();
+    const std::string data = dir + "/v.csv";
+    const std::string csv = readWholeFile(kSmall);
+    std::ofstream(data, std::ios::binary) << csv;
+    const DistcorrResult r = runDistcorrChild(
+        {"--data", "-", "-e",
+         "DISTANCE CORRELATION VARIABLE=x y /PRINT DISTMATRIX(CONFIGURE=[x] SAVE=TRUE OUTFILE='" + data + "')."},
+        DistcorrChild{"", data, -1, {}});
+    EXPECT_EQ(r.exitCode, 1);
+    EXPECT_TRUE(contains(r.err, "it is the same file as the active data set's data file")) << r.err;
+    EXPECT_EQ(readWholeFile(data), csv);
+}
+
 }  // namespace

@@ -56,7 +56,8 @@ const char* kDescription =
     "Reports replace their file only when complete; no output replaces an input file.\n\n"
     "Exit status: 0 every command ran to its end; 1 a command reported an error or was ended\n"
     "early by its procedure, or an output could not be written; 2 usage error; 3 the data\n"
-    "could not be loaded.";
+    "could not be loaded.\n\n"
+    "The command language, every keyword, the tables and worked examples: docs/commands.md.";
 
 // Every command-line option, in one place.
 struct Options {

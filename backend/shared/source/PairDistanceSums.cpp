@@ -46,7 +46,7 @@ struct Moments {
     long double y = 0;
     long double xy = 0;
 
-    void add(const Item& item) {
+    [[gnu::always_inline]] void add(const Item& item) {
         count += 1;
         x += item.x;
         y += item.y;
@@ -56,7 +56,7 @@ struct Moments {
 
 // Sum over the left cases i of sign(y_j - y_i) (x_j - x_i)(y_j - y_i) for a
 // right case j (x_j >= x_i): below holds the left cases at or below y_j.
-long double meet(const Item& j, const Moments& below, const Moments& all) {
+[[gnu::always_inline]] inline long double meet(const Item& j, const Moments& below, const Moments& all) {
     const long double wCount = 2 * below.count - all.count;
     const long double wX = 2 * below.x - all.x;
     const long double wY = 2 * below.y - all.y;

@@ -84,8 +84,9 @@ int run(const std::string& name) {
         std::vector<std::size_t> identity(n);
         std::iota(identity.begin(), identity.end(), std::size_t{0});
         const DependencePermutationTest test(2000000, 999);
-        value = test.pValue(n, pair.statistic(identity, 0), 0.0,
-                            [&](const std::vector<std::size_t>& index, unsigned w) { return pair.statistic(index, w); });
+        value =
+            test.pValue(n, pair.statistic(identity, 0), 0.0,
+                        [&](const std::vector<std::size_t>& index, unsigned w) { return pair.statistic(index, w); });
     }
     std::printf("workload=%s", name.c_str());
     print("cpu", clock.cpuElapsed());

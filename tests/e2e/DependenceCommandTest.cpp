@@ -185,8 +185,9 @@ TEST(DependenceCommandTest, PermutationPValuesRepeatExactly) {
         const double k = p * 500 - 1;  // p = (k + 1) / (R + 1)
         EXPECT_NEAR(k, std::round(k), 1e-9);
     }
-    const Outcome other = run("DEPENDENCE VARIABLES=x y z w /CRITERIA STATISTIC=V EXPONENT=0.5 "
-                          "/TEST PERMUTATION(SEED=43 REPLICATES=499) /MISSING PAIRWISE.");
+    const Outcome other =
+        run("DEPENDENCE VARIABLES=x y z w /CRITERIA STATISTIC=V EXPONENT=0.5 "
+            "/TEST PERMUTATION(SEED=43 REPLICATES=499) /MISSING PAIRWISE.");
     EXPECT_NE(a.result.out, other.result.out);
 }
 

@@ -12,8 +12,8 @@
 class DependencePairPermutation {
 public:
     // x stays in place, y is shuffled.
-    DependencePairPermutation(const std::vector<double>& x, const std::vector<double>& y,
-                              DependenceStatistic statistic, unsigned workers);
+    DependencePairPermutation(const std::vector<double>& x, const std::vector<double>& y, DependenceStatistic statistic,
+                              unsigned workers);
 
     double statistic(const std::vector<std::size_t>& index, unsigned worker);
 

@@ -16,8 +16,7 @@ class SubComObj;
 // data of every named variable.
 class DependenceSettingsReader {
 public:
-    DependenceSettingsReader(const CommandSpec& spec, const CommandDescriptor& descriptor,
-                             ProcedureDataSource& source);
+    DependenceSettingsReader(const CommandSpec& spec, const CommandDescriptor& descriptor, ProcedureDataSource& source);
 
     // 0 when the settings are complete; 1 after a problem was reported.
     unsigned start(DependenceSettings& settings);

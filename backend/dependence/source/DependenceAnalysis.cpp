@@ -98,9 +98,7 @@ std::vector<std::size_t> DependenceAnalysis::casesOf(const Comparison& compariso
     return cases;
 }
 
-std::size_t DependenceAnalysis::minimumCases() const {
-    return settings_.statistic == DependenceStatistic::U ? 4 : 2;
-}
+std::size_t DependenceAnalysis::minimumCases() const { return settings_.statistic == DependenceStatistic::U ? 4 : 2; }
 
 bool DependenceAnalysis::matricesNeeded(const Comparison& comparison) const {
     const bool single = comparison.x.size() == 1 && comparison.y.size() == 1 && settings_.exponent == 1.0;
@@ -130,10 +128,10 @@ unsigned DependenceAnalysis::start() {
         for (const Comparison& c : all) {
             DependenceResult r = analyse(c);
             if (!r.computed) {
-                message_.GenericWarning(c.label + ": " + count(r.n) + " complete cases; " +
-                                        (settings_.statistic == DependenceStatistic::U ? "the bias-corrected"
-                                                                                       : "the V-") +
-                                        " statistic needs at least " + count(minimumCases()) + ".");
+                message_.GenericWarning(
+                    c.label + ": " + count(r.n) + " complete cases; " +
+                    (settings_.statistic == DependenceStatistic::U ? "the bias-corrected" : "the V-") +
+                    " statistic needs at least " + count(minimumCases()) + ".");
             }
             any = any || r.computed;
             results_.push_back(r);
@@ -217,10 +215,9 @@ DependenceResult DependenceAnalysis::analyse(const Comparison& comparison) const
             std::unique_ptr<DependenceDistanceSource> z;
             if (partial) z = std::make_unique<DependenceDistanceSource>(selectAll(controls, cases), settings_.exponent);
             const DependenceMatrixPermutation matrices(x, y, z.get(), settings_.statistic);
-            result.pValue = test.pValue(n, matrices.statistic(identity), kTieTolerance * matrices.scale(),
-                                        [&](const std::vector<std::size_t>& index, unsigned) {
-                                            return matrices.statistic(index);
-                                        });
+            result.pValue =
+                test.pValue(n, matrices.statistic(identity), kTieTolerance * matrices.scale(),
+                            [&](const std::vector<std::size_t>& index, unsigned) { return matrices.statistic(index); });
         } else {
             const std::vector<double> x = select(*comparison.x[0], cases);
             const std::vector<double> y = select(*comparison.y[0], cases);
@@ -228,10 +225,9 @@ DependenceResult DependenceAnalysis::analyse(const Comparison& comparison) const
             const long double scale = u ? std::sqrt(std::fabs(own.xx().uProduct(n) * own.yy().uProduct(n)))
                                         : std::sqrt(std::fabs(own.xx().vProduct(n) * own.yy().vProduct(n)));
             DependencePairPermutation pair(x, y, settings_.statistic, DependencePermutationTest::workers());
-            result.pValue = test.pValue(n, pair.statistic(identity, 0), kTieTolerance * static_cast<double>(scale),
-                                        [&](const std::vector<std::size_t>& index, unsigned worker) {
-                                            return pair.statistic(index, worker);
-                                        });
+            result.pValue = test.pValue(
+                n, pair.statistic(identity, 0), kTieTolerance * static_cast<double>(scale),
+                [&](const std::vector<std::size_t>& index, unsigned worker) { return pair.statistic(index, worker); });
         }
     }
     return result;

@@ -41,8 +41,8 @@ DependenceEstimate DependenceEstimates::uStatistic(std::size_t n, const Distance
 }
 
 DependenceEstimate DependenceEstimates::partial(std::size_t n, const DistanceSums& xy, const DistanceSums& xz,
-                                                const DistanceSums& yz, const DistanceSums& xx,
-                                                const DistanceSums& yy, const DistanceSums& zz) {
+                                                const DistanceSums& yz, const DistanceSums& xx, const DistanceSums& yy,
+                                                const DistanceSums& zz) {
     const long double uxy = xy.uProduct(n);
     const long double uxz = xz.uProduct(n);
     const long double uyz = yz.uProduct(n);

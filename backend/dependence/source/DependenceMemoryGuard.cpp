@@ -44,8 +44,7 @@ std::string DependenceMemoryGuard::refusal(const std::string& comparison, std::s
                                            std::uint64_t available) {
     std::ostringstream text;
     text << "The permutation test of " << comparison << " needs " << matrices << " matrices of " << n << " x " << n
-         << " distances (" << megabytes(matrixBytes(n, matrices)) << "), more than 80% of the "
-         << megabytes(available)
+         << " distances (" << megabytes(matrixBytes(n, matrices)) << "), more than 80% of the " << megabytes(available)
          << " of memory available. Use fewer cases, or TEST TTEST or TEST NONE, which need no matrices.";
     return text.str();
 }

@@ -95,8 +95,10 @@ std::vector<std::string> DependenceOutput::footnotes() const {
         statistic = "Partial distance correlation and covariance given " + names(settings_.control) +
                     ": bias-corrected U-statistics on the squared scale (can be negative), " + exponent + ".";
     else if (settings_.statistic == DependenceStatistic::U)
-        statistic = "Bias-corrected distance correlation and covariance: U-statistics on the squared scale (can be "
-                    "negative), " + exponent + ".";
+        statistic =
+            "Bias-corrected distance correlation and covariance: U-statistics on the squared scale (can be "
+            "negative), " +
+            exponent + ".";
     else
         statistic = "Distance correlation and covariance: V-statistics on the root scale, " + exponent + ".";
     notes.push_back(statistic);
@@ -104,8 +106,9 @@ std::vector<std::string> DependenceOutput::footnotes() const {
         notes.push_back("Sets: (" + names(settings_.variables) + ") and (" + names(settings_.with) +
                         ") are compared as vectors with Euclidean distances.");
     if (settings_.test == DependenceTest::TTest)
-        notes.push_back("t-test of independence: T = sqrt(M - 1) R / sqrt(1 - R^2), df = M - 1, M = N(N - 3)/2, "
-                        "one-sided p.");
+        notes.push_back(
+            "t-test of independence: T = sqrt(M - 1) R / sqrt(1 - R^2), df = M - 1, M = N(N - 3)/2, "
+            "one-sided p.");
     if (settings_.test == DependenceTest::Permutation)
         notes.push_back("Permutation test: seed " + std::to_string(settings_.seed) + ", " +
                         std::to_string(settings_.replicates) +

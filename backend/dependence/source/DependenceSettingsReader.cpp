@@ -132,7 +132,8 @@ bool DependenceSettingsReader::readTest(DependenceSettings& settings) {
     settings.test = DependenceTest::Permutation;
     const std::vector<ParamObj> qualifiers = qualifiersOf(*permutation);
     double value = 0;
-    if (const ParamObj* seed = ParamObj::getParamObj("SEED", qualifiers); seed != nullptr && seed->getNumberValue(value)) {
+    if (const ParamObj* seed = ParamObj::getParamObj("SEED", qualifiers);
+        seed != nullptr && seed->getNumberValue(value)) {
         if (value != std::floor(value) || value >= 18446744073709551616.0)
             return fail("TEST PERMUTATION SEED: the seed must be a whole number from 0 to 18446744073709551615.");
         settings.seed = static_cast<std::uint64_t>(value);
@@ -140,8 +141,9 @@ bool DependenceSettingsReader::readTest(DependenceSettings& settings) {
     if (const ParamObj* reps = ParamObj::getParamObj("REPLICATES", qualifiers);
         reps != nullptr && reps->getNumberValue(value)) {
         if (value != std::floor(value) || value > 1e9)
-            return fail("TEST PERMUTATION REPLICATES: the number of replicates must be a whole number from 1 to "
-                        "1000000000.");
+            return fail(
+                "TEST PERMUTATION REPLICATES: the number of replicates must be a whole number from 1 to "
+                "1000000000.");
         settings.replicates = static_cast<std::uint64_t>(value);
     }
     return true;
@@ -161,13 +163,16 @@ bool DependenceSettingsReader::checkCombinations(const DependenceSettings& setti
     if (settings.mode == DependenceMode::Sets && settings.with.empty())
         return fail("CRITERIA MODE: SETS compares two sets of variables; name them as VARIABLES=a b WITH c d.");
     if (partial && settings.statistic == DependenceStatistic::V)
-        return fail("CRITERIA STATISTIC: partial distance correlation is a bias-corrected statistic; use "
-                    "STATISTIC=U with CONTROL.");
+        return fail(
+            "CRITERIA STATISTIC: partial distance correlation is a bias-corrected statistic; use "
+            "STATISTIC=U with CONTROL.");
     if (settings.test == DependenceTest::TTest && settings.statistic == DependenceStatistic::V)
-        return fail("TEST TTEST: the t-test is a test of the bias-corrected statistic; use STATISTIC=U, or TEST "
-                    "PERMUTATION.");
+        return fail(
+            "TEST TTEST: the t-test is a test of the bias-corrected statistic; use STATISTIC=U, or TEST "
+            "PERMUTATION.");
     if (settings.test == DependenceTest::TTest && partial)
-        return fail("TEST TTEST: there is no t-test of partial distance correlation; use TEST PERMUTATION or "
-                    "TEST NONE.");
+        return fail(
+            "TEST TTEST: there is no t-test of partial distance correlation; use TEST PERMUTATION or "
+            "TEST NONE.");
     return true;
 }

@@ -3,8 +3,7 @@
 std::vector<long double> DistanceRowSums::ofAscending(const std::vector<long double>& sorted) {
     std::vector<long double> rows(sorted.size());
     ofAscending(
-        sorted.size(), [&](std::size_t k) { return sorted[k]; },
-        [&](std::size_t k, long double a) { rows[k] = a; });
+        sorted.size(), [&](std::size_t k) { return sorted[k]; }, [&](std::size_t k, long double a) { rows[k] = a; });
     return rows;
 }
 

@@ -10,9 +10,11 @@ namespace {
 typedef double Lanes __attribute__((vector_size(4 * sizeof(double))));
 
 // Cloned for AVX2, with a plain SSE2 version for any other x86-64.
-__attribute__((target_clones("avx2", "default"))) double sweepLanes(
-    std::size_t n, const std::size_t* xOrder, const std::size_t* index, const std::uint32_t* yRank,
-    const double* xSorted, const double* yCentred, double* tree, std::size_t top) {
+__attribute__((target_clones("avx2", "default"))) double sweepLanes(std::size_t n, const std::size_t* xOrder,
+                                                                    const std::size_t* index,
+                                                                    const std::uint32_t* yRank, const double* xSorted,
+                                                                    const double* yCentred, double* tree,
+                                                                    std::size_t top) {
     std::fill(tree, tree + 4 * (top + 1), 0.0);
     Lanes total = {0, 0, 0, 0};
     double halfS1 = 0;
@@ -44,15 +46,14 @@ __attribute__((target_clones("avx2", "default"))) double sweepLanes(
 }  // namespace
 
 double FenwickCrossSweep::halfCrossSumLanes(std::size_t n, const std::size_t* xOrder, const std::size_t* index,
-                                            const std::uint32_t* yRank, const double* xSorted,
-                                            const double* yCentred, double* tree, std::size_t top) {
+                                            const std::uint32_t* yRank, const double* xSorted, const double* yCentred,
+                                            double* tree, std::size_t top) {
     return sweepLanes(n, xOrder, index, yRank, xSorted, yCentred, tree, top);
 }
 
-long double FenwickCrossSweep::halfCrossSumPrecise(std::size_t n, const std::size_t* xOrder,
-                                                   const std::size_t* index, const std::uint32_t* yRank,
-                                                   const long double* xSorted, const long double* yCentred,
-                                                   Node* tree, std::size_t top) {
+long double FenwickCrossSweep::halfCrossSumPrecise(std::size_t n, const std::size_t* xOrder, const std::size_t* index,
+                                                   const std::uint32_t* yRank, const long double* xSorted,
+                                                   const long double* yCentred, Node* tree, std::size_t top) {
     std::fill(tree, tree + top + 1, Node{});
     Node total;
     long double halfS1 = 0;

@@ -4,8 +4,7 @@
 #include <numeric>
 #include <utility>
 
-PermutationStream::PermutationStream(std::uint64_t seed)
-    : engine_(static_cast<std::uint32_t>(seed & 0xFFFFFFFFULL)) {}
+PermutationStream::PermutationStream(std::uint64_t seed) : engine_(static_cast<std::uint32_t>(seed & 0xFFFFFFFFULL)) {}
 
 void PermutationStream::shuffle(std::vector<std::size_t>& index) {
     std::iota(index.begin(), index.end(), std::size_t{0});

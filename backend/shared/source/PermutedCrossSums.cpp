@@ -36,8 +36,7 @@ long double largestMagnitude(const std::vector<long double>& values) {
 
 }  // namespace
 
-PermutedCrossSums::PermutedCrossSums(const std::vector<double>& fixedColumn,
-                                     const std::vector<double>& shuffledColumn)
+PermutedCrossSums::PermutedCrossSums(const std::vector<double>& fixedColumn, const std::vector<double>& shuffledColumn)
     : n_(fixedColumn.size()) {
     if (shuffledColumn.size() != n_) throw std::invalid_argument("Columns of different length");
     if (n_ == 0) return;
@@ -100,9 +99,8 @@ long double PermutedCrossSums::halfS1(const std::vector<std::size_t>& index) {
     if (index.size() != n_) throw std::invalid_argument("Permutation of a different length");
     if (n_ == 0) return 0;
     if (double_)
-        return FenwickCrossSweep::halfCrossSumLanes(n_, xOrder_.data(), index.data(), yRank_.data(),
-                                                    xSortedD_.data(), yCentredD_.data(), laneTree_.data(),
-                                                    laneTree_.size() / 4 - 1);
+        return FenwickCrossSweep::halfCrossSumLanes(n_, xOrder_.data(), index.data(), yRank_.data(), xSortedD_.data(),
+                                                    yCentredD_.data(), laneTree_.data(), laneTree_.size() / 4 - 1);
     return FenwickCrossSweep::halfCrossSumPrecise(n_, xOrder_.data(), index.data(), yRank_.data(), xSorted_.data(),
                                                   yCentred_.data(), tree_.data(), tree_.size() - 1);
 }

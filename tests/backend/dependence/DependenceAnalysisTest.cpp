@@ -13,9 +13,8 @@ const double kMissing = -DBL_MAX;
 
 DependenceSettings threeVariables() {
     DependenceSettings s;
-    s.variables = {{"a", {1, 2, 3, 4, 5, 6, kMissing}},
-                   {"b", {2, 1, 4, 3, 6, 5, 7}},
-                   {"c", {kMissing, 3, 1, 2, 5, 9, 8}}};
+    s.variables = {
+        {"a", {1, 2, 3, 4, 5, 6, kMissing}}, {"b", {2, 1, 4, 3, 6, 5, 7}}, {"c", {kMissing, 3, 1, 2, 5, 9, 8}}};
     return s;
 }
 

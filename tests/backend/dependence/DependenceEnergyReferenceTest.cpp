@@ -110,8 +110,9 @@ TEST(DependenceEnergyReferenceTest, MatrixFreeSumsAgreeWithEnergy) {
         checkEstimates(e, n, sums.sums(0, 1), sums.sums(0, 0), sums.sums(1, 1), "matrix-free sums");
         if (z) {
             SCOPED_TRACE(label(e));
-            const DependenceEstimate p = DependenceEstimates::partial(
-                n, sums.sums(0, 1), sums.sums(0, 2), sums.sums(1, 2), sums.sums(0, 0), sums.sums(1, 1), sums.sums(2, 2));
+            const DependenceEstimate p =
+                DependenceEstimates::partial(n, sums.sums(0, 1), sums.sums(0, 2), sums.sums(1, 2), sums.sums(0, 0),
+                                             sums.sums(1, 1), sums.sums(2, 2));
             EXPECT_TRUE(agrees(p.correlation, e.pdcor)) << p.correlation << " vs pdcor " << e.pdcor;
             EXPECT_TRUE(agrees(p.covariance, e.pdcov)) << p.covariance << " vs pdcov " << e.pdcov;
         }
@@ -136,7 +137,8 @@ TEST(DependenceEnergyReferenceTest, PairSumsAgreeWithEnergy) {
         const bool dcor2dExact = agrees(e.dcor * e.dcor, e.dcor2d, 1e-9);
         if (!std::isnan(e.dcor2d) && (dcor2dExact || e.data != "far200")) {
             const DependenceEstimate v = DependenceEstimates::vStatistic(n, xy.cross(), xy.xx(), xy.yy());
-            EXPECT_TRUE(agrees(v.correlation * v.correlation, e.dcor2d)) << v.correlation << "^2 vs dcor2d " << e.dcor2d;
+            EXPECT_TRUE(agrees(v.correlation * v.correlation, e.dcor2d))
+                << v.correlation << "^2 vs dcor2d " << e.dcor2d;
         }
         if (reference::words(e.z).size() == 1) {
             const std::vector<double> z = data.numbers(e.z);

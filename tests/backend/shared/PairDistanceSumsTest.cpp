@@ -57,11 +57,21 @@ std::vector<double> draw(std::mt19937_64& rng, std::size_t n, int kind) {
     std::vector<double> v(n);
     for (auto& x : v) {
         switch (kind) {
-            case 0: x = normal(rng); break;
-            case 1: x = level(rng); break;             // ties
-            case 2: x = 1e6 + normal(rng); break;      // far from zero
-            case 3: x = 0.1; break;                    // constant
-            default: x = std::exp(3 * normal(rng)); break;  // skewed
+            case 0:
+                x = normal(rng);
+                break;
+            case 1:
+                x = level(rng);
+                break;  // ties
+            case 2:
+                x = 1e6 + normal(rng);
+                break;  // far from zero
+            case 3:
+                x = 0.1;
+                break;  // constant
+            default:
+                x = std::exp(3 * normal(rng));
+                break;  // skewed
         }
     }
     return v;

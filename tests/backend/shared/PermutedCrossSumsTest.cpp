@@ -83,8 +83,8 @@ TEST(PermutedCrossSumsTest, GivesDistanceCorrelationsPermutedStatisticBitForBit)
                     stream.shuffle(index);
                     const double a = theirs.evaluate(index).value;
                     const double b = ours.evaluate(index);
-                    ASSERT_EQ(std::memcmp(&a, &b, sizeof a), 0) << "n " << n << " kinds " << kx << ky << ": " << a
-                                                                << " vs " << b;
+                    ASSERT_EQ(std::memcmp(&a, &b, sizeof a), 0)
+                        << "n " << n << " kinds " << kx << ky << ": " << a << " vs " << b;
                     ++compared;
                 }
             }

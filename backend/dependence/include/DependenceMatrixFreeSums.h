@@ -9,7 +9,9 @@ class DependenceDistanceSource;
 // The distance sums (S1, S2, S3) of every pair of the given sources,
 // themselves included, in one pass over the case pairs i < j: O(n^2) time,
 // O(n) memory, no matrix. Used where no O(n log n) form exists (sets of
-// variables, an exponent other than 1). Sums are kept in long double.
+// variables, an exponent other than 1). Each row's sums run in double over
+// blocks of 256 and add up in long double; the column halves of the row sums
+// are compensated.
 class DependenceMatrixFreeSums {
 public:
     explicit DependenceMatrixFreeSums(const std::vector<const DependenceDistanceSource*>& sources);

@@ -27,6 +27,9 @@ const Token* VariableNameLocator::find(const std::string& subComName, const std:
     std::size_t start = n;
     for (std::size_t i = anchor; i + 1 < n && start == n; ++i)
         if (isWord(tokens_[i], paramName) && tokens_[i + 1].is(TokenKind::Equals)) start = i + 2;
+    // A list that continues another one ("a b WITH c d") has no "=".
+    for (std::size_t i = anchor; i + 1 < n && start == n; ++i)
+        if (isWord(tokens_[i], paramName) && tokens_[i + 1].is(TokenKind::Word)) start = i + 1;
 
     int seen = 0;
     for (std::size_t j = start; j < n; ++j) {

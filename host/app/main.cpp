@@ -190,7 +190,11 @@ int main(int argc, char** argv) {
     if (!opt.output.empty())
         written &= writeReport(opt.output, "output document",
                                [&](std::ostream& out) { host::writeOutputDocument(out, runs); });
-    if (!opt.html.empty())
-        written &= writeReport(opt.html, "HTML report", [&](std::ostream& out) { host::writeHtmlReport(out, runs); });
+    if (!opt.html.empty()) {
+        const host::ReportContext context{opt.data, data->caseCount(), data->variableCount(), opt.lang,
+                                          std::time(nullptr)};
+        written &=
+            writeReport(opt.html, "HTML report", [&](std::ostream& out) { host::writeHtmlReport(out, runs, context); });
+    }
     return anyError || !written ? kExitCommandError : kExitOk;
 }

@@ -31,6 +31,25 @@ host::RunRecord runWithTable(Fill fill) {
     return outtest::handOver(generator, "X.");
 }
 
+// A table without title: one column headed `column`, one row per label,
+// each holding the number 1.
+std::string untitledColumn(const std::string& column, const std::vector<std::string>& rowLabels) {
+    return render(runWithTable([&](Table* t) {
+        t->hide_title(true);
+        auto* columns = new Descendants(t);
+        columns->addCell(outtest::textCell(t, column));
+        auto* rows = new Descendants(t);
+        auto* cells = new Cells(t);
+        for (const std::string& label : rowLabels) {
+            rows->addCell(outtest::textCell(t, label));
+            std::vector<Cell*> row{outtest::numberCell(t, 1)};
+            cells->addCells(row);
+        }
+        t->set_dimensions(new Dimension(t, rows, columns));
+        t->set_cells(cells);
+    }));
+}
+
 TEST(TextRendererTest, CoefficientsTableWithGroupStubHeaderAndFootnote) {
     outtest::beginCommand("X.");
     StatJSONGenerator generator("Distance Correlation", "");
@@ -202,18 +221,7 @@ TEST(TextRendererTest, LeafAfterAGroupStandsInTheBottomRowInColumnOrder) {
 }
 
 TEST(TextRendererTest, HiddenTitleAndAccentedLettersCountOnce) {
-    const std::string text = render(runWithTable([](Table* t) {
-        t->hide_title(true);
-        auto* columns = new Descendants(t);
-        columns->addCell(outtest::textCell(t, "Fälle"));
-        auto* rows = new Descendants(t);
-        rows->addCell(outtest::textCell(t, "ü"));
-        auto* cells = new Cells(t);
-        std::vector<Cell*> row{outtest::numberCell(t, 1)};
-        cells->addCells(row);
-        t->set_dimensions(new Dimension(t, rows, columns));
-        t->set_cells(cells);
-    }));
+    const std::string text = untitledColumn("Fälle", {"ü"});
     // Stub 1 character, gap 2, column 5 characters: rules of 8.
     EXPECT_EQ(text,
               "Distance Correlation\n"
@@ -227,22 +235,8 @@ TEST(TextRendererTest, HiddenTitleAndAccentedLettersCountOnce) {
 }
 
 TEST(TextRendererTest, WideCharactersTakeTwoCellsAndCombiningMarksNone) {
-    const std::string text = render(runWithTable([](Table* t) {
-        t->hide_title(true);
-        auto* columns = new Descendants(t);
-        columns->addCell(outtest::textCell(t, "Wert"));
-        auto* rows = new Descendants(t);
-        rows->addCell(outtest::textCell(t, "\u8EAB\u9577"));  // two ideographs: four cells
-        rows->addCell(outtest::textCell(t, "e\u0301"));       // e and a combining acute: one cell
-        rows->addCell(outtest::textCell(t, "x"));
-        auto* cells = new Cells(t);
-        for (int r = 0; r < 3; ++r) {
-            std::vector<Cell*> row{outtest::numberCell(t, 1)};
-            cells->addCells(row);
-        }
-        t->set_dimensions(new Dimension(t, rows, columns));
-        t->set_cells(cells);
-    }));
+    // Two ideographs take four cells; e with a combining acute takes one.
+    const std::string text = untitledColumn("Wert", {"\u8EAB\u9577", "e\u0301", "x"});
     // Stub 4 cells, gap 2, column 4: rules of 10, and every number ends in
     // cell 10 whatever the label before it.
     EXPECT_EQ(text,

@@ -247,9 +247,10 @@ void NewCaseFile::addCase(const double* observations) {
 void NewCaseFile::submitBatch() {
     if (batch_.empty()) return;
     auto cases = std::make_shared<std::vector<double>>(std::move(batch_));
-    batch_.clear();
     const std::vector<Column>* columns = &columns_;
     const std::size_t width = static_cast<std::size_t>(caseColumns_);
+    batch_.clear();
+    batch_.reserve(std::max(kBatchObservations, width) + width);
     writer_->submit([cases, columns, width](std::string& text) {
         RowFormatter rows(text);
         for (std::size_t at = 0; at < cases->size(); at += width) rows.row(cases->data() + at, *columns);

@@ -50,7 +50,8 @@ private:
     unsigned threads_;
 };
 
-// "a, b, c": the shortest texts of values, null for NaN and infinities.
-void appendNumberList(std::string& text, const double* values, std::size_t count);
+// Replaces text with "a, b, c": the shortest texts of the values, null for
+// NaN and infinities. Its memory is reused; only growth is cleared.
+void formatNumberList(std::string& text, const double* values, std::size_t count);
 
 }  // namespace host

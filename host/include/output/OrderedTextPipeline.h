@@ -20,8 +20,9 @@ namespace host {
 // once, which bounds the memory.
 class OrderedTextPipeline {
 public:
-    // Fills `text` (empty, with the capacity of an earlier block) with one
-    // block's bytes.
+    // Puts one block's bytes in `text`, replacing what it holds: the bytes
+    // of an earlier block, left there so that its memory is reused without
+    // being cleared. `text` must end exactly as long as the block.
     using Format = std::function<void(std::string& text)>;
     using Sink = std::function<void(const std::string& text)>;
 

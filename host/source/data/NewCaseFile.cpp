@@ -38,7 +38,9 @@ bool exists(const std::string& path) {
 
 std::string quoted(const std::string& path) { return "\"" + path + "\""; }
 
-// Text of batches of cases: rows of CSV cells, each row ended by CRLF.
+// Text of batches of cases: rows of CSV cells, each row ended by CRLF. It
+// replaces what the text holds; the text's memory is reused, and only its
+// growth is cleared.
 class RowFormatter {
 public:
     explicit RowFormatter(std::string& text) : text_(text) {}

@@ -44,10 +44,10 @@ std::string lowerCaseEscapes(const char* text, std::size_t length) {
 
 }  // namespace
 
-void appendNumberList(std::string& text, const double* values, std::size_t count) {
-    const std::size_t start = text.size();
-    text.resize(start + count * (kNumberTextCapacity + 2));
-    char* out = &text[start];
+void formatNumberList(std::string& text, const double* values, std::size_t count) {
+    const std::size_t room = count * (kNumberTextCapacity + 2);
+    if (text.size() < room) text.resize(room);
+    char* out = &text[0];
     for (std::size_t i = 0; i < count; ++i) {
         if (i > 0) {
             *out++ = ',';
@@ -161,7 +161,7 @@ void JsonStreamWriter::numberArray(const std::vector<double>& values) {
     for (std::size_t first = 0; first < values.size(); first += kBlockNumbers) {
         const double* start = values.data() + first;
         const std::size_t count = std::min(kBlockNumbers, values.size() - first);
-        blocks.submit([start, count](std::string& text) { appendNumberList(text, start, count); });
+        blocks.submit([start, count](std::string& text) { formatNumberList(text, start, count); });
     }
     blocks.finish();
     endArray();

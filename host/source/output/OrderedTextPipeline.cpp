@@ -74,7 +74,6 @@ void OrderedTextPipeline::submit(Format format) {
         std::string text;
         if (!spare_.empty()) text = std::move(spare_.back());
         spare_.clear();
-        text.clear();
         format(text);
         sink_(text);
         spare_.push_back(std::move(text));
@@ -86,7 +85,6 @@ void OrderedTextPipeline::submit(Format format) {
     if (!spare_.empty()) {
         block.text = std::move(spare_.back());
         spare_.pop_back();
-        block.text.clear();
     }
     blocks_.push_back(std::move(block));
     blockAdded_.notify_one();

@@ -25,7 +25,7 @@ std::string runBlocks(unsigned threads, int blocks) {
         const int pause = static_cast<int>(random() % 300);
         pipeline.submit([b, pause](std::string& text) {
             std::this_thread::sleep_for(std::chrono::microseconds(pause));
-            text += std::to_string(b) + ";";
+            text = std::to_string(b) + ";";
         });
     }
     pipeline.finish();
@@ -42,15 +42,21 @@ TEST(OrderedTextPipelineTest, NothingSubmittedWritesNothing) {
     for (unsigned threads : {1u, 4u}) EXPECT_EQ(runBlocks(threads, 0), "");
 }
 
-TEST(OrderedTextPipelineTest, EachBlockStartsWithAnEmptyText) {
+TEST(OrderedTextPipelineTest, EachBlockGetsTheMemoryOfAnEarlierOne) {
     for (unsigned threads : {1u, 3u}) {
         std::string written;
+        std::atomic<int> reused{0};
         host::OrderedTextPipeline pipeline(threads, [&](const std::string& text) { written += text + "|"; });
-        for (int b = 0; b < 50; ++b) pipeline.submit([b](std::string& text) { text += std::string(b % 7, 'x'); });
+        for (int b = 0; b < 50; ++b)
+            pipeline.submit([b, &reused](std::string& text) {
+                if (!text.empty()) ++reused;  // an earlier block's bytes, to be replaced
+                text.assign(static_cast<std::size_t>(b % 7), 'x');
+            });
         pipeline.finish();
         std::string expected;
-        for (int b = 0; b < 50; ++b) expected += std::string(b % 7, 'x') + "|";
+        for (int b = 0; b < 50; ++b) expected += std::string(static_cast<std::size_t>(b % 7), 'x') + "|";
         EXPECT_EQ(written, expected) << threads << " threads";
+        EXPECT_GT(reused.load(), 0) << threads << " threads";
     }
 }
 

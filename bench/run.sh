@@ -127,3 +127,27 @@ echo "W5: per pair per permutation: $(calc "%.1f" "$(value per_pair_perm_us "$w5
 echo "W6: exit $(value exit "$w6"), output document and saved file $(mb "$w6files") MiB"
 echo "W6: $(s3 "$(value wall "$w6")") s wall against dd writing and syncing as many bytes $(s3 "$(value wall "$w6dd")") s: $(awk -v a="$(value wall "$w6")" -v d="$(value wall "$w6dd")" 'BEGIN { if (a == "" || d == "" || d <= 0) { print "not measured"; exit }
     printf "%.2fx (target <= 1.5x): %s\n", a / d, (a / d <= 1.5 ? "met" : "NOT met") }')"
+
+# L1: loading a 1,000,000 x 10 numeric CSV (about 100 MB), load only, best of
+# three; the peer is R's read.csv on the same file (its time inside R, and the
+# peak memory of the whole Rscript process).
+cmake --build "$BUILD" --target CsvLoadBench -j"$JOBS" >/dev/null
+"$BUILD/bin/CsvLoadBench" data "$WORK/L1.csv"
+l1="$(best load_cpu 3 "$BUILD/bin/CsvLoadBench" load "$WORK/L1.csv")"
+pl1=""
+if command -v Rscript >/dev/null; then
+    pl1="$("$BENCH" measure Rscript -e 'f <- commandArgs(TRUE)[1]; t <- system.time(x <- read.csv(f));
+        cat(sprintf("peer_cpu=%.3f peer_wall=%.3f\n", t[["user.self"]] + t[["sys.self"]], t[["elapsed"]]))' \
+        "$WORK/L1.csv" 2>/dev/null | tr '\n' ' ')"
+fi
+echo "L1: load 1,000,000 x 10 CSV ($(mb "$(value file_bytes "$l1")") MiB): $(s3 "$(value load_cpu "$l1")") s CPU," \
+     "$(s3 "$(value load_wall "$l1")") s wall, $(calc "%.0f" "$(value mb_per_s "$l1")" 1 a) MB/s (target >= 150):" \
+     "$(awk -v r="$(value mb_per_s "$l1")" 'BEGIN { print (r + 0 >= 150 ? "met" : "NOT met") }')"
+echo "L1: peak memory $(mb "$(value peak_bytes "$l1")") MiB, limit file + 2 x doubles = $(mb "$(value limit_bytes "$l1")") MiB:" \
+     "$(awk -v p="$(value peak_bytes "$l1")" -v l="$(value limit_bytes "$l1")" 'BEGIN { print (p + 0 <= l + 0 ? "met" : "NOT met") }')"
+echo "L1: R read.csv $(s3 "$(value peer_cpu "$pl1")") s CPU, $(s3 "$(value peer_wall "$pl1")") s wall," \
+     "Rscript peak $(mb "$(value peak_bytes "$pl1")") MiB; speed-up $(calc "%.1fx" "$(value peer_cpu "$pl1")" "$(value load_cpu "$l1")" "a / b")"
+l2="$("$BUILD/bin/CsvLoadBench" scale "$WORK")"
+echo "L2: once quadratic, each must load in under 2 s: 100,000 columns of one name $(s3 "$(value wide_cpu "$l2")") s," \
+     "200,000 categories $(s3 "$(value categories_cpu "$l2")") s, 20,000 missing-value texts x 20,000 cells" \
+     "$(s3 "$(value missing_cpu "$l2")") s"

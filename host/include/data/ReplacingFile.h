@@ -8,7 +8,8 @@ namespace host {
 // Writes a file under a temporary name in the target's folder and puts it in
 // place only when complete, so that a failed write never damages an existing
 // file of that name. Every operation returns false on failure and leaves the
-// reason (naming the path and the system error) in problem().
+// reason (naming the path and the system error) in problem(). The temporary
+// file is registered for removal when the program is ended by a signal.
 class ReplacingFile {
 public:
     explicit ReplacingFile(std::string target);
@@ -40,6 +41,7 @@ private:
     bool placed_ = false;
     std::size_t written_ = 0;  // bytes written so far
     std::size_t syncing_ = 0;  // bytes whose writing to the disk has been started
+    int cleanupSlot_ = -1;
 };
 
 // Folder part of a path ("." when there is none).

@@ -37,7 +37,8 @@ public:
     void finish();
 
     // Threads for formatting output: the host's worker count when it has
-    // a worker pool, otherwise the processors this process may run on.
+    // installed a worker pool, otherwise one (distcorr installs none for
+    // --threads 1 or a single processor).
     static unsigned defaultThreads();
 
 private:

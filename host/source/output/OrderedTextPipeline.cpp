@@ -1,7 +1,5 @@
 #include "output/OrderedTextPipeline.h"
 
-#include <sched.h>
-
 #include <algorithm>
 #include <utility>
 
@@ -27,10 +25,7 @@ OrderedTextPipeline::~OrderedTextPipeline() {
 unsigned OrderedTextPipeline::defaultThreads() {
     if (GetProcedureWorkerPool != nullptr)
         if (WorkerPool* pool = GetProcedureWorkerPool()) return std::max(1u, pool->GetThreadCount());
-    cpu_set_t set;
-    CPU_ZERO(&set);
-    if (::sched_getaffinity(0, sizeof set, &set) == 0) return static_cast<unsigned>(std::max(1, CPU_COUNT(&set)));
-    return std::max(1u, std::thread::hardware_concurrency());
+    return 1;
 }
 
 void OrderedTextPipeline::work() {

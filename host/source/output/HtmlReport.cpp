@@ -82,6 +82,11 @@ const char* levelTitle(MessageLevel level) {
     return "Note";
 }
 
+// The data file as the user named it; "-" is standard input.
+std::string dataName(const ReportContext& context) {
+    return context.dataFile == "-" ? "standard input" : context.dataFile;
+}
+
 std::string pageLanguage(const ReportContext& context) { return context.language.empty() ? "en" : context.language; }
 
 void writeRun(std::ostream& out, const RunRecord& run, std::size_t runIndex, std::set<int>& minWidths) {
@@ -131,10 +136,11 @@ void writeTime(std::ostream& out, std::time_t time) {
 }
 
 void writeHeader(std::ostream& out, const ReportContext& context) {
-    const std::size_t slash = context.dataFile.find_last_of('/');
-    const std::string fileName = slash == std::string::npos ? context.dataFile : context.dataFile.substr(slash + 1);
+    const std::string data = dataName(context);
+    const std::size_t slash = data.find_last_of('/');
+    const std::string fileName = slash == std::string::npos ? data : data.substr(slash + 1);
     out << "<header class=\"report\">\n<h1>distcorr report: " << htmlEscape(fileName) << "</h1>\n<dl class=\"facts\">\n"
-        << "<dt>Data file</dt><dd>" << htmlEscape(context.dataFile) << "</dd>\n"
+        << "<dt>Data file</dt><dd>" << htmlEscape(data) << "</dd>\n"
         << "<dt>Loaded</dt><dd>" << groupedCount(context.cases) << (context.cases == 1 ? " case, " : " cases, ")
         << context.variables << (context.variables == 1 ? " variable" : " variables") << "</dd>\n"
         << "<dt>Created</dt><dd>";
@@ -152,7 +158,7 @@ void writeHtmlReport(std::ostream& out, const std::vector<RunRecord>& runs, cons
     std::set<int> minWidths;
     std::size_t index = 0;
     for (const RunRecord& run : runs) writeRun(body, run, ++index, minWidths);
-    const std::string title = "distcorr report: " + context.dataFile;
+    const std::string title = "distcorr report: " + dataName(context);
     out << "<!DOCTYPE html>\n<html lang=\"" << htmlEscape(pageLanguage(context))
         << "\">\n<head>\n<meta charset=\"utf-8\">\n<title>" << htmlEscape(title) << "</title>\n<style>\n"
         << kStyle;

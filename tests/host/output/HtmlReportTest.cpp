@@ -157,6 +157,14 @@ TEST(HtmlReportTest, HeaderNamesTheDataCasesVariablesTimeVersionAndLanguage) {
     EXPECT_NE(html.find("<body>\n" + header), std::string::npos) << html.substr(0, 4000);
 }
 
+TEST(HtmlReportTest, DataFromStandardInputIsNamedSo) {
+    std::vector<host::RunRecord> runs;
+    const std::string html = page(runs, {"-", 3, 2, "", kCreated});
+    EXPECT_NE(html.find("<title>distcorr report: standard input</title>"), std::string::npos);
+    EXPECT_NE(html.find("<h1>distcorr report: standard input</h1>"), std::string::npos);
+    EXPECT_NE(html.find("<dt>Data file</dt><dd>standard input</dd>"), std::string::npos);
+}
+
 TEST(HtmlReportTest, HeaderCountsOneCaseAndOneVariableInTheSingular) {
     std::vector<host::RunRecord> runs;
     const std::string html = page(runs, {"x.csv", 1, 1, "", kCreated});

@@ -26,6 +26,18 @@ int SinkStreamBuffer::overflow(int c) {
     return traits_type::not_eof(c);
 }
 
+// A write at least as large as the block goes to the sink directly instead of
+// being copied through the block piece by piece.
+std::streamsize SinkStreamBuffer::xsputn(const char* bytes, std::streamsize count) {
+    if (count < static_cast<std::streamsize>(block_.size())) return std::streambuf::xsputn(bytes, count);
+    if (!drain()) return 0;
+    if (!sink_(bytes, static_cast<std::size_t>(count))) {
+        failed_ = true;
+        return 0;
+    }
+    return count;
+}
+
 int SinkStreamBuffer::sync() { return drain() ? 0 : -1; }
 
 int writeAllToDescriptor(int fd, const char* bytes, std::size_t size) {

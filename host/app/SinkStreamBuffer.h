@@ -20,6 +20,7 @@ public:
 protected:
     int overflow(int c) override;
     int sync() override;
+    std::streamsize xsputn(const char* bytes, std::streamsize count) override;
 
 private:
     bool drain();

@@ -79,6 +79,21 @@ TEST(DistcorrCommandLine, OutputDashWritesTheDocumentToStandardOutputWithoutTabl
     EXPECT_FALSE(std::ifstream("-").good()) << "no file named -";
 }
 
+// A document larger than the 64 KiB write block of standard output (a scatter
+// plot of 150 cases) comes out there byte for byte as in a file.
+TEST(DistcorrCommandLine, LargeDocumentOnStandardOutputEqualsTheFile) {
+    const std::string data = std::string(DC_SOURCE_DIR) + "/tests/e2e/golden/data/ids150.csv";
+    const std::string command = "DISTANCE CORRELATION VARIABLE=a b /PLOT SCATTERPLOT(XAXIS=a YAXIS=b).";
+    const std::string file = makeTempDir() + "/out.json";
+    const DistcorrResult toFile = runDistcorr({"--quiet", "--data", data, "--output", file, "-e", command});
+    ASSERT_EQ(toFile.exitCode, 0) << toFile.err;
+    const DistcorrResult toStdout = runDistcorr({"--data", data, "--output", "-", "-e", command});
+    ASSERT_EQ(toStdout.exitCode, 0) << toStdout.err;
+    const std::string expected = readWholeFile(file);
+    EXPECT_GT(expected.size(), std::size_t{1} << 16);
+    EXPECT_TRUE(toStdout.out == expected) << toStdout.out.size() << " bytes against " << expected.size();
+}
+
 TEST(DistcorrCommandLine, HtmlDashWritesTheReportToStandardOutput) {
     const std::string out = makeTempDir() + "/out.json";
     const DistcorrResult r = runDistcorr({"--data", kSmall, "--html", "-", "--output", out, "-e", kCoefficients});

@@ -63,17 +63,17 @@ struct Kernels {
     // j+m of every row (lane r: row r).
     [[gnu::always_inline]] static inline void transposeTile(const Vec (&in)[W], Vec (&out)[W]) {
         if constexpr (W == 2) {
-            out[0] = __builtin_shuffle(in[0], in[1], Bits{0, 2});
-            out[1] = __builtin_shuffle(in[0], in[1], Bits{1, 3});
+            out[0] = __builtin_shufflevector(in[0], in[1], 0, 2);
+            out[1] = __builtin_shufflevector(in[0], in[1], 1, 3);
         } else {
-            const Vec t0 = __builtin_shuffle(in[0], in[1], Bits{0, 4, 2, 6});
-            const Vec t1 = __builtin_shuffle(in[0], in[1], Bits{1, 5, 3, 7});
-            const Vec t2 = __builtin_shuffle(in[2], in[3], Bits{0, 4, 2, 6});
-            const Vec t3 = __builtin_shuffle(in[2], in[3], Bits{1, 5, 3, 7});
-            out[0] = __builtin_shuffle(t0, t2, Bits{0, 1, 4, 5});
-            out[1] = __builtin_shuffle(t1, t3, Bits{0, 1, 4, 5});
-            out[2] = __builtin_shuffle(t0, t2, Bits{2, 3, 6, 7});
-            out[3] = __builtin_shuffle(t1, t3, Bits{2, 3, 6, 7});
+            const Vec t0 = __builtin_shufflevector(in[0], in[1], 0, 4, 2, 6);
+            const Vec t1 = __builtin_shufflevector(in[0], in[1], 1, 5, 3, 7);
+            const Vec t2 = __builtin_shufflevector(in[2], in[3], 0, 4, 2, 6);
+            const Vec t3 = __builtin_shufflevector(in[2], in[3], 1, 5, 3, 7);
+            out[0] = __builtin_shufflevector(t0, t2, 0, 1, 4, 5);
+            out[1] = __builtin_shufflevector(t1, t3, 0, 1, 4, 5);
+            out[2] = __builtin_shufflevector(t0, t2, 2, 3, 6, 7);
+            out[3] = __builtin_shufflevector(t1, t3, 2, 3, 6, 7);
         }
     }
 
@@ -82,10 +82,10 @@ struct Kernels {
     [[gnu::always_inline]] static inline Vec blockValues(const Vec (&terms)[4]) {
         Vec t[4];
         if constexpr (W == 2) {
-            t[0] = __builtin_shuffle(terms[0], terms[2], Bits{0, 2});
-            t[1] = __builtin_shuffle(terms[0], terms[2], Bits{1, 3});
-            t[2] = __builtin_shuffle(terms[1], terms[3], Bits{0, 2});
-            t[3] = __builtin_shuffle(terms[1], terms[3], Bits{1, 3});
+            t[0] = __builtin_shufflevector(terms[0], terms[2], 0, 2);
+            t[1] = __builtin_shufflevector(terms[0], terms[2], 1, 3);
+            t[2] = __builtin_shufflevector(terms[1], terms[3], 0, 2);
+            t[3] = __builtin_shufflevector(terms[1], terms[3], 1, 3);
         } else {
             transposeTile(terms, t);
         }

@@ -270,16 +270,18 @@ TEST(DistanceCorrAlgoPermutation, ConstantShuffledColumnGivesZeroStatistics) {
     EXPECT_EQ(full.results[0].permUpper, 0.0);
 }
 
-TEST(DistanceCorrAlgoPermutation, NaNDataGiveZeroPermutedStatistics) {
-    // LOG of -2 is NaN: the observed dCor is 0, and the permuted statistics
-    // are 0 as well rather than a clamped 1.
+TEST(DistanceCorrAlgoPermutation, NaNRatioGivesPermutedStatisticsOfOne) {
+    // LOG of -2 is NaN. The observed dCor skips the division and is 0; the
+    // permuted statistic divides, and its clamp (first the smaller of 1 and
+    // r, then the larger of 0 and that) turns the NaN ratio into 1. So every
+    // permuted statistic is 1 >= 0: p-value 1, interval [1, 1].
     EngineRun run({{0, 1, -2, 3, 4, 2}, {1, 2, 3, 4, 5, 7}});
     run.settings.criteria().set_normalization("LOG");
     permutationRun(run, 17, 50);
     ASSERT_EQ(run.algo.start(), 0);
     EXPECT_EQ(run.results[0].dCor, 0.0);
-    EXPECT_EQ(run.results[0].permLower, 0.0);
-    EXPECT_EQ(run.results[0].permUpper, 0.0);
+    EXPECT_EQ(run.results[0].permLower, 1.0);
+    EXPECT_EQ(run.results[0].permUpper, 1.0);
     EXPECT_EQ(run.results[0].pValue, 1.0);
 }
 

@@ -97,9 +97,8 @@ public:
     void permutationTest(const Matrix& data, const std::vector<double>& observed,
                          const std::vector<Matrix>& centered);
     // How the permutation test computes permuted statistics. Fast (the
-    // default): the O(n log n) kernel from a few dozen cases on, settling
-    // every statistic in doubt with the recipe, and the fused recipe below
-    // that; Kernel: the kernel whenever it accepts the data; Recipe: the
+    // default): the O(n log n) kernel from 64 cases on, settling every
+    // statistic in doubt with the recipe, and the fused recipe below that; Kernel: the kernel whenever it accepts the data; Recipe: the
     // fused recipe for every permutation; MatrixRecipe: the six-argument
     // computeDistanceCorrelation for every permutation. All four give the
     // same p-values and bounds, bit for bit; the last is the reference.

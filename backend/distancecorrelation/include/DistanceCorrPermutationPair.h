@@ -28,7 +28,7 @@ public:
     // it accepts the data (to prove it on small samples); Recipe: the fused
     // recipe for every permutation.
     enum class Method { Automatic, Kernel, Recipe };
-    static constexpr std::size_t kKernelFromCases = 32;
+    static constexpr std::size_t kKernelFromCases = 64;
     static constexpr std::uint64_t kCheckpoints = 32;
 
     // centredX: the fixed variable's centred matrix (n x n) from the observed

@@ -50,7 +50,8 @@ std::vector<std::vector<double>> columns(std::size_t cases) {
 
 // Runs the engine in a child limited to its present address space plus
 // extraBytes; returns start()'s status, or -1 if the child died otherwise.
-int statusUnderLimit(std::size_t cases, double permutations, std::uint64_t extraBytes) {
+int statusUnderLimit(std::size_t cases, double permutations, std::uint64_t extraBytes,
+                     DistanceCorrAlgo::PermutationStatistics how = DistanceCorrAlgo::PermutationStatistics::Fast) {
     const pid_t child = fork();
     if (child < 0) return -1;
     if (child == 0) {
@@ -58,6 +59,7 @@ int statusUnderLimit(std::size_t cases, double permutations, std::uint64_t extra
         run.settings.criteria().set_permEnabled(true);
         run.settings.criteria().set_permSeed(3);
         run.settings.criteria().set_permMaxIterations(permutations);
+        run.algo.setPermutationStatistics(how);
         const rlimit limit{addressSpaceBytes() + extraBytes, RLIM_INFINITY};
         if (setrlimit(RLIMIT_AS, &limit) != 0) _exit(90);
         _exit(run.algo.start());
@@ -84,16 +86,18 @@ TEST(DistanceCorrAlgoPermutationMemory, FewCasesNeedEightBytesPerPermutation) {
 
 TEST(DistanceCorrAlgoPermutationMemory, KernelPathNeedsEightBytesPerPermutation) {
     DC_SKIP_UNDER_ASAN();
-    // 40 cases take the O(n log n) kernel and the selection.
+    // The O(n log n) kernel and the selection from approximate statistics.
     const double permutations = 5e5;
-    EXPECT_EQ(statusUnderLimit(40, permutations, 8 * 500000ull + kMargin), 0);
+    EXPECT_EQ(statusUnderLimit(40, permutations, 8 * 500000ull + kMargin,
+                               DistanceCorrAlgo::PermutationStatistics::Kernel),
+              0);
 }
 
 TEST(DistanceCorrAlgoPermutationMemory, StatisticsThatCannotBeAllocatedEndTheRunWithStatusOne) {
     DC_SKIP_UNDER_ASAN();
     // 1e11 permutations need 800 GB of statistics.
     EXPECT_EQ(statusUnderLimit(10, 1e11, kMargin), 1);
-    EXPECT_EQ(statusUnderLimit(40, 1e11, kMargin), 1);
+    EXPECT_EQ(statusUnderLimit(40, 1e11, kMargin, DistanceCorrAlgo::PermutationStatistics::Kernel), 1);
 }
 
 }  // namespace

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "DistanceCorrPermutationKernel.h"
+#include "DistanceCorrPermutationPair.h"
 #include "PermutationRecipeRun.h"
 
 namespace {
@@ -130,7 +131,7 @@ TEST(DistanceCorrPermutationSweep, KernelSizedCasesMatchTheRecipeBitForBit) {
     for (int number = 0; number < cases; ++number) {
         std::mt19937_64 rng(0xbeef00 + static_cast<std::uint64_t>(number));
         permrun::Case c;
-        const std::size_t n = 32 + rng() % 40;
+        const std::size_t n = DistanceCorrPermutationPair::kKernelFromCases + rng() % 50;
         std::normal_distribution<double> normal(0.0, 1.0);
         c.columns.assign(2, std::vector<double>(n));
         const unsigned kind = rng() % 4;

@@ -40,8 +40,7 @@ public:
 
     // fixedColumn is the variable held in place, shuffledColumn the one that
     // is permuted; both in case order and of equal length.
-    DistanceCorrPermutationKernel(const std::vector<double>& fixedColumn,
-                                  const std::vector<double>& shuffledColumn);
+    DistanceCorrPermutationKernel(const std::vector<double>& fixedColumn, const std::vector<double>& shuffledColumn);
 
     bool usable() const { return usable_; }
     std::size_t size() const { return n_; }
@@ -84,14 +83,14 @@ private:
     double c0_ = 0;
     double c1_ = 0;
 
-    std::vector<std::size_t> xOrder_;       // cases in ascending x
-    std::vector<long double> xSorted_;      // x in that order, centred
-    std::vector<long double> xRowSums_;     // a_i. in case order
-    std::vector<std::uint32_t> yRank_;      // 1-based dense rank of y, case order
-    std::vector<long double> yCentred_;     // y in case order, centred
-    std::vector<long double> yRowSums_;     // b_i. in case order
-    long double s3_ = 0;                    // a.. b..
-    long double normaliser_ = 0;            // sqrt of both centred sums of squares
+    std::vector<std::size_t> xOrder_;    // cases in ascending x
+    std::vector<long double> xSorted_;   // x in that order, centred
+    std::vector<long double> xRowSums_;  // a_i. in case order
+    std::vector<std::uint32_t> yRank_;   // 1-based dense rank of y, case order
+    std::vector<long double> yCentred_;  // y in case order, centred
+    std::vector<long double> yRowSums_;  // b_i. in case order
+    long double s3_ = 0;                 // a.. b..
+    long double normaliser_ = 0;         // sqrt of both centred sums of squares
     std::vector<Node> tree_;
 
     // The same columns in double for the well-conditioned sweep; its tree

@@ -26,12 +26,11 @@ public:
     double evaluate(const std::vector<std::size_t>& index);
 
 private:
-    const Matrix& centredX_;
     const std::vector<double>& shuffled_;
     std::size_t n_;
     bool haveSumAA_ = false;
-    double sumAA_ = 0.0;  // does not depend on the permutation
-    std::vector<double> lanes_;     // permuted values, lane-interleaved: 4 per case
-    std::vector<double> rowMeans_;  // lane-interleaved
-    std::vector<const double*> rows_;
+    double sumAA_ = 0.0;               // does not depend on the permutation
+    std::vector<double> lanes_;        // permuted values, lane-interleaved: 4 per case
+    std::vector<double> rowMeans_;     // lane-interleaved
+    std::vector<const double*> rows_;  // of the fixed centred matrix
 };

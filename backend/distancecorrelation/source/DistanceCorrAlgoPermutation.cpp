@@ -36,9 +36,12 @@ void sizeSquare(DistanceCorrAlgo::Matrix& matrix, std::size_t n) {
 
 DistanceCorrPermutationPair::Method methodFor(DistanceCorrAlgo::PermutationStatistics how) {
     switch (how) {
-        case DistanceCorrAlgo::PermutationStatistics::Kernel: return DistanceCorrPermutationPair::Method::Kernel;
-        case DistanceCorrAlgo::PermutationStatistics::Recipe: return DistanceCorrPermutationPair::Method::Recipe;
-        default: return DistanceCorrPermutationPair::Method::Automatic;
+        case DistanceCorrAlgo::PermutationStatistics::Kernel:
+            return DistanceCorrPermutationPair::Method::Kernel;
+        case DistanceCorrAlgo::PermutationStatistics::Recipe:
+            return DistanceCorrPermutationPair::Method::Recipe;
+        default:
+            return DistanceCorrPermutationPair::Method::Automatic;
     }
 }
 
@@ -106,8 +109,7 @@ void DistanceCorrAlgo::permutationTest(const Matrix& data, const std::vector<dou
                 shuffleCases(index, engine);
                 for (std::size_t u = 0; u < n; ++u) permuted[u] = data[j][index[u]];
                 statistics[t] = computeDistanceCorrelation(centered[i], permuted, buffers.distanceMatrix,
-                                                           buffers.rowMeans, buffers.colMeans,
-                                                           buffers.centeredMatrix);
+                                                           buffers.rowMeans, buffers.colMeans, buffers.centeredMatrix);
             }
             std::pair<double, double> interval(0.0, 0.0);
             outcome.pValue = computeConfidenceIntervalandPValue(observed[k], statistics, interval);
@@ -215,8 +217,8 @@ double DistanceCorrAlgo::selectAndCount(double observed, double alpha, std::vect
         percentileAt(count, 100 * alpha / 2, lowIndex, stats[lowIndex], stats[std::min(lowIndex + 1, last)]);
     std::nth_element(first + static_cast<std::ptrdiff_t>(lowIndex), first + static_cast<std::ptrdiff_t>(highIndex),
                      stats.end());
-    interval.second = percentileAt(count, (1 - alpha / 2) * 100, highIndex, stats[highIndex],
-                                   stats[std::min(highIndex + 1, last)]);
+    interval.second =
+        percentileAt(count, (1 - alpha / 2) * 100, highIndex, stats[highIndex], stats[std::min(highIndex + 1, last)]);
 
     std::size_t atLeastObserved = 0;
     for (double s : stats) {
@@ -236,8 +238,7 @@ double DistanceCorrAlgo::calculatePercentile(const std::vector<double>& values, 
     return percentileAt(values.size(), percent, k, values[k], values[std::min(k + 1, last)]);
 }
 
-double DistanceCorrAlgo::percentileAt(std::size_t size, double percent, std::size_t k, double atK,
-                                      double afterK) {
+double DistanceCorrAlgo::percentileAt(std::size_t size, double percent, std::size_t k, double atK, double afterK) {
     if (size <= 1) return atK;
     const std::size_t last = size - 1;
     const double position = percent / 100 * static_cast<double>(last);

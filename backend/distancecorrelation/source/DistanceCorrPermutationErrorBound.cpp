@@ -84,8 +84,7 @@ DistanceCorrPermutationErrorBound::DistanceCorrPermutationErrorBound(std::size_t
     // Recipe against exact: r_R = (r + D) F with |D| <= lambdaR, |F - 1| <= kappaR.
     const long double zA = fX / aLow;
     const long double zB = fY / bLow;
-    const long double lambdaR =
-        zA + zB + zA * zB + gS * (1 + zA) * (1 + zB) + 2 * cells * kSubnormal / (aLow * bLow);
+    const long double lambdaR = zA + zB + zA * zB + gS * (1 + zA) * (1 + zB) + 2 * cells * kSubnormal / (aLow * bLow);
     const long double kappaR = (1 + gamma(5, kDouble)) / ((1 - zA) * (1 - zB) * (1 - gS)) - 1;
 
     // Kernel against exact. Its cross sum: row sums from sorted prefix sums,
@@ -111,8 +110,7 @@ DistanceCorrPermutationErrorBound::DistanceCorrPermutationErrorBound(std::size_t
     const long double c1 = q * (1 + 1e-6L);
     const long double quarter = 0.25L;
     trusted_ = aLow > 0 && bLow > 0 && zA < quarter && zB < quarter && zKA < quarter && zKB < quarter &&
-               rhoX < quarter && rhoY < quarter && gS < 0.01L && std::isfinite(c0) && c0 < 1e-4L &&
-               c1 < 1e-4L;
+               rhoX < quarter && rhoY < quarter && gS < 0.01L && std::isfinite(c0) && c0 < 1e-4L && c1 < 1e-4L;
     c0_ = static_cast<double>(c0);
     c1_ = static_cast<double>(c1);
 }

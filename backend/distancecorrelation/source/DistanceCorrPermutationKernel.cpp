@@ -56,9 +56,11 @@ typedef double Lanes __attribute__((vector_size(4 * sizeof(double))));
 // Half of S1 with double sums: for each case in x order, the signed sums over
 // the earlier cases (+1 at or below its y, -1 above) of count, x, y and x*y.
 // Cloned for AVX2, with a plain SSE2 version for any other x86-64.
-__attribute__((target_clones("avx2", "default"))) double sweepLanes(
-    std::size_t n, const std::size_t* xOrder, const std::size_t* index, const std::uint32_t* yRank,
-    const double* xSorted, const double* yCentred, double* tree, std::size_t top) {
+__attribute__((target_clones("avx2", "default"))) double sweepLanes(std::size_t n, const std::size_t* xOrder,
+                                                                    const std::size_t* index,
+                                                                    const std::uint32_t* yRank, const double* xSorted,
+                                                                    const double* yCentred, double* tree,
+                                                                    std::size_t top) {
     std::fill(tree, tree + 4 * (top + 1), 0.0);
     Lanes total = {0, 0, 0, 0};
     double halfS1 = 0;
@@ -125,9 +127,9 @@ DistanceCorrPermutationKernel::DistanceCorrPermutationKernel(const std::vector<d
 
     const long double cells = static_cast<long double>(n_) * static_cast<long double>(n_);
     const DistanceCorrPermutationErrorBound::Column x{rangeOf(fixedColumn, xOrder_), largestMagnitude(xSorted_),
-                                                       centredSumOfSquares(xSorted_, xSortedRows)};
+                                                      centredSumOfSquares(xSorted_, xSortedRows)};
     const DistanceCorrPermutationErrorBound::Column y{rangeOf(shuffledColumn, yOrder), largestMagnitude(ySorted),
-                                                       centredSumOfSquares(ySorted, ySortedRows)};
+                                                      centredSumOfSquares(ySorted, ySortedRows)};
     // Rounding in the sweep grows with the extreme products against the
     // centred sums it must resolve; long double where double would dominate
     // the bound.
@@ -169,8 +171,7 @@ std::vector<long double> DistanceCorrPermutationKernel::sortedRowSums(const std:
     for (std::size_t k = 0; k < n; ++k) {
         const long double v = sorted[k];
         const long double above = total - below - v;
-        rows[k] = (static_cast<long double>(k) * v - below) +
-                  (above - static_cast<long double>(n - 1 - k) * v);
+        rows[k] = (static_cast<long double>(k) * v - below) + (above - static_cast<long double>(n - 1 - k) * v);
         below += v;
     }
     return rows;
@@ -208,10 +209,9 @@ DistanceCorrPermutationKernel::Statistic DistanceCorrPermutationKernel::evaluate
         if (source >= n_) throw std::out_of_range("Permutation entry out of range");
         s2 += xRowSums_[i] * yRowSums_[source];
     }
-    const long double halfS1 =
-        precise_ ? sweepPrecise(index)
-                 : sweepLanes(n_, xOrder_.data(), index.data(), yRank_.data(), xSortedD_.data(),
-                              yCentredD_.data(), laneTree_.data(), laneTree_.size() / 4 - 1);
+    const long double halfS1 = precise_ ? sweepPrecise(index)
+                                        : sweepLanes(n_, xOrder_.data(), index.data(), yRank_.data(), xSortedD_.data(),
+                                                     yCentredD_.data(), laneTree_.data(), laneTree_.size() / 4 - 1);
 
     const long double n = static_cast<long double>(n_);
     const long double crossSum = 2 * halfS1 - 2 * s2 / n + s3_ / (n * n);

@@ -9,26 +9,19 @@
 
 namespace {
 
-// The helpers taking or returning vectors are always inlined into the
-// function that uses them, so the calling convention of 32-byte vectors never
-// applies (GCC notes it at the end of the file, hence no pop).
-#pragma GCC diagnostic ignored "-Wpsabi"
-
 typedef double Quad __attribute__((vector_size(4 * sizeof(double))));
 typedef long long QuadBits __attribute__((vector_size(4 * sizeof(long long))));
 
-[[gnu::always_inline]] inline Quad load(const double* p) {
-    Quad v;
-    std::memcpy(&v, p, sizeof v);
-    return v;
-}
+// The helpers take and give vectors by reference only, so no vector is ever
+// passed by value between functions built for different instruction sets.
+[[gnu::always_inline]] inline void load(Quad& v, const double* p) { std::memcpy(&v, p, sizeof v); }
 
 [[gnu::always_inline]] inline void store(double* p, const Quad& v) { std::memcpy(p, &v, sizeof v); }
 
-// |v| by clearing the sign bit, as std::abs does.
-[[gnu::always_inline]] inline Quad magnitude(const Quad& v) {
+// d = |a - b|, the sign bit cleared as std::abs does.
+[[gnu::always_inline]] inline void distance(Quad& d, const Quad& a, const Quad& b) {
     const QuadBits noSign = QuadBits{} + 0x7fffffffffffffffLL;
-    return reinterpret_cast<Quad>(reinterpret_cast<QuadBits>(v) & noSign);
+    d = reinterpret_cast<Quad>(reinterpret_cast<QuadBits>(a - b) & noSign);
 }
 
 // The recipe for four permutations side by side. y holds the permuted values
@@ -38,28 +31,37 @@ typedef long long QuadBits __attribute__((vector_size(4 * sizeof(long long))));
 // Cloned for AVX2, with a plain SSE2 version for any other x86-64; FMA is
 // never enabled.
 __attribute__((target_clones("avx2", "default"))) void literalLanes(std::size_t n, const double* const* aRows,
-                                                                    const double* y, double* rowMeans,
-                                                                    double* sums) {
+                                                                    const double* y, double* rowMeans, double* sums) {
     const double count = static_cast<double>(n);
     Quad total = {0.0, 0.0, 0.0, 0.0};
+    Quad d;
+    Quad yj;
     std::size_t i = 0;
     // Two rows at a time, each summed left to right on its own.
     for (; i + 2 <= n; i += 2) {
-        const Quad y0 = load(y + 4 * i);
-        const Quad y1 = load(y + 4 * (i + 1));
+        Quad y0;
+        Quad y1;
+        load(y0, y + 4 * i);
+        load(y1, y + 4 * (i + 1));
         Quad s0 = {0.0, 0.0, 0.0, 0.0};
         Quad s1 = {0.0, 0.0, 0.0, 0.0};
         for (std::size_t j = 0; j < i; ++j) {
-            const Quad yj = load(y + 4 * j);
-            s0 += magnitude(y0 - yj);
-            s1 += magnitude(y1 - yj);
+            load(yj, y + 4 * j);
+            distance(d, y0, yj);
+            s0 += d;
+            distance(d, y1, yj);
+            s1 += d;
         }
-        s1 += magnitude(y1 - y0);
-        s0 += magnitude(y0 - y1);
+        distance(d, y1, y0);
+        s1 += d;
+        distance(d, y0, y1);
+        s0 += d;
         for (std::size_t j = i + 2; j < n; ++j) {
-            const Quad yj = load(y + 4 * j);
-            s0 += magnitude(y0 - yj);
-            s1 += magnitude(y1 - yj);
+            load(yj, y + 4 * j);
+            distance(d, y0, yj);
+            s0 += d;
+            distance(d, y1, yj);
+            s1 += d;
         }
         store(rowMeans + 4 * i, s0 / count);
         store(rowMeans + 4 * (i + 1), s1 / count);
@@ -67,24 +69,39 @@ __attribute__((target_clones("avx2", "default"))) void literalLanes(std::size_t 
         total += s1;
     }
     if (i < n) {
-        const Quad y0 = load(y + 4 * i);
+        Quad y0;
+        load(y0, y + 4 * i);
         Quad s0 = {0.0, 0.0, 0.0, 0.0};
-        for (std::size_t j = 0; j < i; ++j) s0 += magnitude(y0 - load(y + 4 * j));
+        for (std::size_t j = 0; j < i; ++j) {
+            load(yj, y + 4 * j);
+            distance(d, y0, yj);
+            s0 += d;
+        }
         store(rowMeans + 4 * i, s0 / count);
         total += s0;
     }
 
     const Quad grand = total / static_cast<double>(n * n);
-    Quad bb = {0.0, 0.0, 0.0, 0.0};
-    Quad ab = {0.0, 0.0, 0.0, 0.0};
+    const Quad zero = {0.0, 0.0, 0.0, 0.0};
+    Quad bb = zero;
+    Quad ab = zero;
     double aa = 0.0;
+    Quad rj;
     for (i = 0; i < n; ++i) {
         const double* a = aRows[i];
-        const Quad yi = load(y + 4 * i);
-        const Quad ri = load(rowMeans + 4 * i);
+        Quad yi;
+        Quad ri;
+        load(yi, y + 4 * i);
+        load(ri, rowMeans + 4 * i);
         for (std::size_t j = 0; j < n; ++j) {
-            const Quad d = j == i ? Quad{0.0, 0.0, 0.0, 0.0} : magnitude(yi - load(y + 4 * j));
-            const Quad b = ((d - ri) - load(rowMeans + 4 * j)) + grand;
+            if (j == i) {
+                d = zero;
+            } else {
+                load(yj, y + 4 * j);
+                distance(d, yi, yj);
+            }
+            load(rj, rowMeans + 4 * j);
+            const Quad b = ((d - ri) - rj) + grand;
             aa += a[j] * a[j];
             bb += b * b;
             ab += a[j] * b;
@@ -99,7 +116,7 @@ __attribute__((target_clones("avx2", "default"))) void literalLanes(std::size_t 
 
 DistanceCorrPermutationLiteral::DistanceCorrPermutationLiteral(const Matrix& centredX,
                                                                const std::vector<double>& shuffled)
-    : centredX_(centredX), shuffled_(shuffled), n_(shuffled.size()) {
+    : shuffled_(shuffled), n_(shuffled.size()) {
     if (centredX.size() != n_) throw std::runtime_error("Matrix dimension mismatch");
     rows_.reserve(n_);
     for (const auto& row : centredX) {

@@ -69,8 +69,7 @@ DistanceCorrPermutationPair::Outcome DistanceCorrPermutationPair::run(std::mt199
     return runRecipe(stream, observed);
 }
 
-DistanceCorrPermutationPair::Outcome DistanceCorrPermutationPair::runRecipe(std::mt19937& stream,
-                                                                            double observed) {
+DistanceCorrPermutationPair::Outcome DistanceCorrPermutationPair::runRecipe(std::mt19937& stream, double observed) {
     const std::size_t n = shuffled_.size();
     DistanceCorrPermutationLiteral literal(centredX_, shuffled_);
     std::vector<double> statistics(permutations_);

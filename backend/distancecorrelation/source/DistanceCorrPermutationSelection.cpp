@@ -64,8 +64,7 @@ std::uint64_t DistanceCorrPermutationSelection::permutationOf(std::uint64_t code
     return code & ((std::uint64_t{1} << numberBits_) - 1);
 }
 
-bool DistanceCorrPermutationSelection::makeExact(std::vector<std::uint64_t>& permutations,
-                                                 const Recompute& recompute) {
+bool DistanceCorrPermutationSelection::makeExact(std::vector<std::uint64_t>& permutations, const Recompute& recompute) {
     sortUnique(permutations);
     const std::size_t limit = std::min<std::uint64_t>(kMaxExact, count_ - count_ / 4);
     if (exact_.size() + permutations.size() > limit) return false;
@@ -149,10 +148,10 @@ bool DistanceCorrPermutationSelection::settle(double observed, const Recompute& 
         const auto at = std::lower_bound(needed.begin(), needed.end(), permutationOf(code));
         return neededValues[static_cast<std::size_t>(at - needed.begin())];
     };
-    outcome.lower = DistanceCorrAlgo::percentileAt(count_, 100 * alpha_ / 2, lowIndex_, valueOf(selected[0]),
-                                                   valueOf(selected[1]));
-    outcome.upper = DistanceCorrAlgo::percentileAt(count_, (1 - alpha_ / 2) * 100, highIndex_,
-                                                   valueOf(selected[2]), valueOf(selected[3]));
+    outcome.lower =
+        DistanceCorrAlgo::percentileAt(count_, 100 * alpha_ / 2, lowIndex_, valueOf(selected[0]), valueOf(selected[1]));
+    outcome.upper = DistanceCorrAlgo::percentileAt(count_, (1 - alpha_ / 2) * 100, highIndex_, valueOf(selected[2]),
+                                                   valueOf(selected[3]));
 
     // Every comparison with the observed value is decided (or exact).
     std::uint64_t atLeastObserved = 0;

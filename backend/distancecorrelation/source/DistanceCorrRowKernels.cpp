@@ -94,8 +94,7 @@ struct Kernels {
 
     // Row i of the distance matrix: |x_i - x_j| below the diagonal (as it is
     // mirrored from row j), |x_j - x_i| above it, 0 on it.
-    [[gnu::always_inline]] static inline void distanceRow(const double* x, std::size_t n, std::size_t i,
-                                                          double* out) {
+    [[gnu::always_inline]] static inline void distanceRow(const double* x, std::size_t n, std::size_t i, double* out) {
         const double xi = x[i];
         std::size_t j = 0;
         for (; j + W <= i; j += W) store(out + j, magnitude(xi - load(x + j)));
@@ -107,8 +106,8 @@ struct Kernels {
 
     // Sums of kGroupRows consecutive rows, each left to right from 0.0, and
     // their elements added to the column sums in row order.
-    [[gnu::always_inline]] static inline void sumRowGroup(const double* const* rows, std::size_t n,
-                                                          double* rowSums, double* colSums) {
+    [[gnu::always_inline]] static inline void sumRowGroup(const double* const* rows, std::size_t n, double* rowSums,
+                                                          double* colSums) {
         Vec low{};
         Vec high{};
         std::size_t j = 0;
@@ -247,8 +246,8 @@ struct Build<4> {
                                                             double* out) {
         K::distanceRow(x, n, i, out);
     }
-    __attribute__((target("avx2"))) static void sumRowGroup(const double* const* rows, std::size_t n,
-                                                            double* rowSums, double* colSums) {
+    __attribute__((target("avx2"))) static void sumRowGroup(const double* const* rows, std::size_t n, double* rowSums,
+                                                            double* colSums) {
         K::sumRowGroup(rows, n, rowSums, colSums);
     }
     __attribute__((target("avx2"))) static double sumRow(const double* row, std::size_t n, double* colSums) {
@@ -259,7 +258,7 @@ struct Build<4> {
         return K::centreRow(d, rm, cm, g, n, a);
     }
     __attribute__((target("avx2"))) static double addRowProducts(double sum, const double* x, const double* y,
-                                                                  std::size_t n) {
+                                                                 std::size_t n) {
         return K::addRowProducts(sum, x, y, n);
     }
 };

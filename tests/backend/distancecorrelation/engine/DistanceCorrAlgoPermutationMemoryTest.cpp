@@ -70,7 +70,8 @@ int statusUnderLimit(std::size_t cases, double permutations, std::uint64_t extra
 }
 
 #ifdef DC_ADDRESS_SANITIZER
-#define DC_SKIP_UNDER_ASAN() GTEST_SKIP() << "an address-space limit and AddressSanitizer's shadow memory exclude each other"
+#define DC_SKIP_UNDER_ASAN() \
+    GTEST_SKIP() << "an address-space limit and AddressSanitizer's shadow memory exclude each other"
 #else
 #define DC_SKIP_UNDER_ASAN() (void)0
 #endif
@@ -88,9 +89,9 @@ TEST(DistanceCorrAlgoPermutationMemory, KernelPathNeedsEightBytesPerPermutation)
     DC_SKIP_UNDER_ASAN();
     // The O(n log n) kernel and the selection from approximate statistics.
     const double permutations = 5e5;
-    EXPECT_EQ(statusUnderLimit(40, permutations, 8 * 500000ull + kMargin,
-                               DistanceCorrAlgo::PermutationStatistics::Kernel),
-              0);
+    EXPECT_EQ(
+        statusUnderLimit(40, permutations, 8 * 500000ull + kMargin, DistanceCorrAlgo::PermutationStatistics::Kernel),
+        0);
 }
 
 TEST(DistanceCorrAlgoPermutationMemory, StatisticsThatCannotBeAllocatedEndTheRunWithStatusOne) {

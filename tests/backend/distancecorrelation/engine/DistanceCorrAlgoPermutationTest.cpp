@@ -51,8 +51,8 @@ PairOutcome referenceOutcome(double observed, std::vector<double> stats, double 
 // random numbers are drawn up front, pair after pair, before any shuffle.
 std::vector<PairOutcome> referencePermutationTest(const DistanceCorrAlgo& algo, const Matrix& data,
                                                   const std::vector<double>& observed,
-                                                  const std::vector<Matrix>& centered, double seed,
-                                                  double iterations, double alpha) {
+                                                  const std::vector<Matrix>& centered, double seed, double iterations,
+                                                  double alpha) {
     const auto N = static_cast<std::uint64_t>(iterations);
     const std::size_t p = data.size();
     const std::size_t n = data[0].size();
@@ -151,8 +151,7 @@ TEST(DistanceCorrAlgoPermutation, MatchesTheUpFrontDrawForEveryPair) {
     }
     // The test must not be vacuous: the pairs differ from each other.
     EXPECT_NE(run.results[0].permUpper, 0.0);
-    EXPECT_TRUE(run.results[0].pValue != run.results[1].pValue ||
-                run.results[0].permUpper != run.results[1].permUpper);
+    EXPECT_TRUE(run.results[0].pValue != run.results[1].pValue || run.results[0].permUpper != run.results[1].permUpper);
 }
 
 TEST(DistanceCorrAlgoPermutation, PairsInOrderWithTheLaterVariableShuffled) {
@@ -257,9 +256,9 @@ TEST(DistanceCorrAlgoPermutation, ConstantShuffledColumnGivesZeroStatistics) {
     Matrix centeredY;
     std::vector<double> rowMeans;
     std::vector<double> colMeans;
-    EXPECT_EQ(run.algo.computeDistanceCorrelation(centered[0], {3, 3, 3, 3, 3}, distance, rowMeans, colMeans,
-                                                  centeredY),
-              0.0);
+    EXPECT_EQ(
+        run.algo.computeDistanceCorrelation(centered[0], {3, 3, 3, 3, 3}, distance, rowMeans, colMeans, centeredY),
+        0.0);
 
     const Matrix data{{1, 4, 2, 8, 5}, {3, 3, 3, 3, 3}};
     EngineRun full(data);

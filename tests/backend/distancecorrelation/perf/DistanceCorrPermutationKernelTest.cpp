@@ -127,13 +127,34 @@ TEST(DistanceCorrPermutationKernel, ErrorBoundHoldsOnIllConditionedData) {
                 const double z = normal(rng);
                 const double w = normal(rng);
                 switch (shape) {
-                    case 0: x[i] = 1e9 + z; y[i] = -3e12 + 1e3 * w; break;
-                    case 1: x[i] = i == 0 ? 1e8 : z; y[i] = i == n - 1 ? -1e8 : w + z; break;
-                    case 2: x[i] = i == 1 ? 1.0 : 1e-9 * z; y[i] = z * z + w; break;
-                    case 3: x[i] = 1e-3 * z; y[i] = 1e40 * (z + w); break;
-                    case 4: x[i] = 2.1e-4 * (i % 2); y[i] = w; break;  // dVar just above 1e-8
-                    case 5: x[i] = 1e60 * z; y[i] = 1e60 * std::fabs(z + 0.1 * w); break;
-                    default: x[i] = std::round(4 * z) * 1e-2; y[i] = std::round(z + w); break;
+                    case 0:
+                        x[i] = 1e9 + z;
+                        y[i] = -3e12 + 1e3 * w;
+                        break;
+                    case 1:
+                        x[i] = i == 0 ? 1e8 : z;
+                        y[i] = i == n - 1 ? -1e8 : w + z;
+                        break;
+                    case 2:
+                        x[i] = i == 1 ? 1.0 : 1e-9 * z;
+                        y[i] = z * z + w;
+                        break;
+                    case 3:
+                        x[i] = 1e-3 * z;
+                        y[i] = 1e40 * (z + w);
+                        break;
+                    case 4:
+                        x[i] = 2.1e-4 * (i % 2);
+                        y[i] = w;
+                        break;  // dVar just above 1e-8
+                    case 5:
+                        x[i] = 1e60 * z;
+                        y[i] = 1e60 * std::fabs(z + 0.1 * w);
+                        break;
+                    default:
+                        x[i] = std::round(4 * z) * 1e-2;
+                        y[i] = std::round(z + w);
+                        break;
                 }
             }
             DistanceCorrPermutationKernel kernel(x, y);
@@ -183,8 +204,8 @@ TEST(DistanceCorrPermutationKernel, ConstantColumnsGiveExactZero) {
     const std::vector<double> constant(40, -2.5);
     std::mt19937 engine(5);
     std::vector<std::size_t> index = identity(40);
-    for (const auto& columns : {std::make_pair(varying, constant), std::make_pair(constant, varying),
-                                std::make_pair(constant, constant)}) {
+    for (const auto& columns :
+         {std::make_pair(varying, constant), std::make_pair(constant, varying), std::make_pair(constant, constant)}) {
         DistanceCorrPermutationKernel kernel(columns.first, columns.second);
         ASSERT_TRUE(kernel.usable());
         for (int t = 0; t < 5; ++t) {

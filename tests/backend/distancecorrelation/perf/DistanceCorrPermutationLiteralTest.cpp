@@ -31,13 +31,27 @@ std::vector<double> extremeColumn(int kind, std::size_t n, std::mt19937_64& rng)
     for (std::size_t i = 0; i < n; ++i) {
         const double z = normal(rng);
         switch (kind) {
-            case 0: v[i] = z * 1e80; break;    // squares of the sums overflow
-            case 1: v[i] = z * 1e155; break;   // squares overflow
-            case 2: v[i] = z * 1e-160; break;  // squares underflow
-            case 3: v[i] = i == 1 ? std::numeric_limits<double>::quiet_NaN() : z; break;
-            case 4: v[i] = i == 0 ? -std::numeric_limits<double>::infinity() : z; break;
-            case 5: v[i] = z * 1e307; break;  // distances overflow
-            default: v[i] = std::round(z); break;
+            case 0:
+                v[i] = z * 1e80;
+                break;  // squares of the sums overflow
+            case 1:
+                v[i] = z * 1e155;
+                break;  // squares overflow
+            case 2:
+                v[i] = z * 1e-160;
+                break;  // squares underflow
+            case 3:
+                v[i] = i == 1 ? std::numeric_limits<double>::quiet_NaN() : z;
+                break;
+            case 4:
+                v[i] = i == 0 ? -std::numeric_limits<double>::infinity() : z;
+                break;
+            case 5:
+                v[i] = z * 1e307;
+                break;  // distances overflow
+            default:
+                v[i] = std::round(z);
+                break;
         }
     }
     return v;

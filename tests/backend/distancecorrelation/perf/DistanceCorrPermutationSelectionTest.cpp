@@ -27,8 +27,8 @@ struct Settled {
 };
 
 // The selection fed with approximate values, recomputing from truth.
-Settled settle(const std::vector<double>& approximate, const std::vector<double>& truth, double observed,
-               double alpha, double c0, double c1) {
+Settled settle(const std::vector<double>& approximate, const std::vector<double>& truth, double observed, double alpha,
+               double c0, double c1) {
     DistanceCorrPermutationSelection selection(approximate.size(), alpha, c0, c1);
     for (std::size_t t = 0; t < approximate.size(); ++t) selection.setApproximate(t, approximate[t]);
     Settled s{false, {}, {}};

@@ -79,7 +79,7 @@ std::string describe(const permrun::Case& c) {
 TEST(DistanceCorrPermutationSweep, TwentyThousandSmallCasesMatchTheRecipeBitForBit) {
     const std::uint64_t cases = 20000;
     std::size_t pairs = 0;
-    std::size_t informative = 0;  // p-value strictly between 0 and 1
+    std::size_t informative = 0;   // p-value strictly between 0 and 1
     std::size_t interpolated = 0;  // bounds that differ from each other
     std::size_t kernelPairs = 0;   // pairs the kernel computes when forced
     std::size_t mismatches = 0;
@@ -138,10 +138,22 @@ TEST(DistanceCorrPermutationSweep, KernelSizedCasesMatchTheRecipeBitForBit) {
         for (std::size_t i = 0; i < n; ++i) {
             const double z = normal(rng);
             switch (kind) {
-                case 0: c.columns[0][i] = z; c.columns[1][i] = z * z + normal(rng); break;
-                case 1: c.columns[0][i] = std::round(z); c.columns[1][i] = std::round(z * z + normal(rng)); break;
-                case 2: c.columns[0][i] = z > 0.3; c.columns[1][i] = (z + normal(rng)) > 0; break;
-                default: c.columns[0][i] = static_cast<double>(rng() % 3); c.columns[1][i] = normal(rng); break;
+                case 0:
+                    c.columns[0][i] = z;
+                    c.columns[1][i] = z * z + normal(rng);
+                    break;
+                case 1:
+                    c.columns[0][i] = std::round(z);
+                    c.columns[1][i] = std::round(z * z + normal(rng));
+                    break;
+                case 2:
+                    c.columns[0][i] = z > 0.3;
+                    c.columns[1][i] = (z + normal(rng)) > 0;
+                    break;
+                default:
+                    c.columns[0][i] = static_cast<double>(rng() % 3);
+                    c.columns[1][i] = normal(rng);
+                    break;
             }
         }
         c.seed = static_cast<double>(rng() % 100000);

@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "../perf/PermutationRecipeRun.h"
 #include "EngineTestSettings.h"
 
 namespace {
@@ -92,24 +93,8 @@ std::vector<PairOutcome> referencePermutationTest(const DistanceCorrAlgo& algo, 
     return outcomes;
 }
 
-// Centred matrices and unrounded dCor of some columns, from the engine's observed path.
-void observe(const DistanceCorrAlgo& algo, const Matrix& data, std::vector<Matrix>& centered,
-             std::vector<double>& dCor) {
-    std::vector<Matrix> distances;
-    algo.performEuclideanDistanceAnalysis(data, distances);
-    Matrix rowMeans;
-    Matrix colMeans;
-    std::vector<double> grand;
-    std::vector<double> dCov;
-    std::vector<double> dVar;
-    algo.calculateRowMean(distances, rowMeans);
-    algo.calculateColumnMean(distances, colMeans);
-    algo.calculateGlobalMean(distances, grand);
-    algo.calculateCenteredMatrix(distances, rowMeans, colMeans, grand, centered);
-    algo.calculateDistanceCovariance(centered, dCov);
-    algo.calculateDistanceVariance(centered, dVar);
-    algo.calculateDistanceCorrelation(dCov, dVar, dCor);
-}
+// Centred matrices and unrounded dCor of some columns, from the engine's step-by-step operations.
+using permrun::observe;
 
 Matrix sampleData(std::uint32_t seed, std::size_t variables, std::size_t cases) {
     std::mt19937 rng(seed);

@@ -44,30 +44,37 @@ inline EngineOutcome runEngine(const Case& c, DistanceCorrAlgo::PermutationStati
     return out;
 }
 
-// The normalized columns and the unrounded observed dCor of every pair, from
-// the engine's step-by-step operations (proved against their own
-// transcription elsewhere), then the literal permutation test.
+// The centred matrices and the unrounded dCor of every pair of some columns,
+// from the engine's step-by-step operations (proved against their own
+// transcription elsewhere).
+inline void observe(const DistanceCorrAlgo& algo, const Matrix& data, std::vector<Matrix>& centred,
+                    std::vector<double>& dCor) {
+    std::vector<Matrix> distances;
+    algo.performEuclideanDistanceAnalysis(data, distances);
+    Matrix rowMeans;
+    Matrix colMeans;
+    std::vector<double> grand;
+    std::vector<double> dCov;
+    std::vector<double> dVar;
+    algo.calculateRowMean(distances, rowMeans);
+    algo.calculateColumnMean(distances, colMeans);
+    algo.calculateGlobalMean(distances, grand);
+    algo.calculateCenteredMatrix(distances, rowMeans, colMeans, grand, centred);
+    algo.calculateDistanceCovariance(centred, dCov);
+    algo.calculateDistanceVariance(centred, dVar);
+    algo.calculateDistanceCorrelation(dCov, dVar, dCor);
+}
+
+// The normalized columns and their observed dCor, then the literal
+// permutation test.
 inline std::vector<literal::Outcome> runRecipe(const Case& c) {
     EngineRun run(c.columns);
     run.settings.criteria().set_normalization(c.normalization);
     Matrix data = c.columns;
     run.algo.performNormalization(data);
-    std::vector<Matrix> distances;
-    run.algo.performEuclideanDistanceAnalysis(data, distances);
-    Matrix rowMeans;
-    Matrix colMeans;
-    std::vector<double> grand;
     std::vector<Matrix> centred;
-    std::vector<double> dCov;
-    std::vector<double> dVar;
     std::vector<double> dCor;
-    run.algo.calculateRowMean(distances, rowMeans);
-    run.algo.calculateColumnMean(distances, colMeans);
-    run.algo.calculateGlobalMean(distances, grand);
-    run.algo.calculateCenteredMatrix(distances, rowMeans, colMeans, grand, centred);
-    run.algo.calculateDistanceCovariance(centred, dCov);
-    run.algo.calculateDistanceVariance(centred, dVar);
-    run.algo.calculateDistanceCorrelation(dCov, dVar, dCor);
+    observe(run.algo, data, centred, dCor);
     return literal::permutationTest(data, dCor, static_cast<std::uint64_t>(c.seed),
                                     static_cast<std::uint64_t>(c.iterations), c.alpha);
 }

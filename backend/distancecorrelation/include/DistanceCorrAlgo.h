@@ -93,11 +93,11 @@ public:
 
     // Permutation test.
     void permutationTest(const Matrix& data, const std::vector<double>& observed, const std::vector<Matrix>& centered);
-    // How the permutation test computes permuted statistics. Fast (the
-    // default): the O(n log n) kernel from 64 cases on, settling every
-    // statistic in doubt with the recipe, and the fused recipe below that; Kernel: the kernel whenever it accepts the
-    // data; Recipe: the fused recipe for every permutation; MatrixRecipe: the six-argument computeDistanceCorrelation
-    // for every permutation. All four give the same p-values and bounds, bit for bit; the last is the reference.
+    // How the permutation test computes permuted statistics. Fast (the default): the O(n log n) kernel from 64
+    // cases on, settling every statistic in doubt with the recipe, and the fused recipe below that. Kernel: the
+    // kernel whenever it accepts the data. Recipe: the fused recipe for every permutation. MatrixRecipe: the
+    // six-argument computeDistanceCorrelation for every permutation. All four give the same unrounded p-values and
+    // bounds, bit for bit; the last is the reference.
     enum class PermutationStatistics { Fast, Kernel, Recipe, MatrixRecipe };
     void setPermutationStatistics(PermutationStatistics how) { permutationStatistics_ = how; }
     // The unrounded p-value and bounds of every pair of the last permutation test.

@@ -1,13 +1,13 @@
 #include "DistanceCorrPermutationKernel.h"
 
-#include "DistanceCorrPermutationErrorBound.h"
-
 #include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <numeric>
 #include <stdexcept>
 #include <utility>
+
+#include "DistanceCorrPermutationErrorBound.h"
 
 namespace {
 

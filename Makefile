@@ -3,7 +3,7 @@ BUILD ?= build
 JOBS ?= 2
 CMAKE_FLAGS ?= -DDC_WERROR=ON
 
-.PHONY: all deps build demo test asan bench clean
+.PHONY: all deps build demo test asan clang bench clean
 
 all: build
 
@@ -27,8 +27,14 @@ asan: deps
 	cmake --build build-asan -j$(JOBS)
 	ctest --test-dir build-asan --output-on-failure -j$(JOBS) -LE browser
 
+# The suite (all but the browser check) built with Clang, warnings as errors.
+clang: deps
+	CC=clang CXX=clang++ cmake -S . -B build-clang -DDC_WERROR=ON
+	cmake --build build-clang -j$(JOBS)
+	ctest --test-dir build-clang --output-on-failure -j$(JOBS) -LE browser
+
 bench: build
 	bench/run.sh
 
 clean:
-	rm -rf $(BUILD) build-asan
+	rm -rf $(BUILD) build-asan build-clang

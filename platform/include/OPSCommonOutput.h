@@ -15,8 +15,9 @@ public:
     BpProcedure& GetProcedure() const { return procedure_; }
 
 private:
-    ACAVarValidSpecs* specs_;
-    ProcedureDataSource& source_;
+    // Kept for the host's side of the context; the procedure reads only the frame.
+    [[maybe_unused]] ACAVarValidSpecs* specs_;
+    [[maybe_unused]] ProcedureDataSource& source_;
     BpProcedure& procedure_;
-    ACAInputAdapter* adapter_;
+    [[maybe_unused]] ACAInputAdapter* adapter_;
 };

@@ -2,6 +2,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <random>
 #include <utility>
 #include <vector>
 
@@ -35,15 +36,13 @@ public:
     static constexpr std::size_t kDerivePosition = std::numeric_limits<std::size_t>::max();
 
     DistanceCorrAlgo(const DistanceCorrInputSettings& settings, std::vector<DistanceCorrResult>& results,
-                     std::vector<DistanceCorrDescriptiveResult>& descriptives,
-                     DistanceCorrCommonData& common);
+                     std::vector<DistanceCorrDescriptiveResult>& descriptives, DistanceCorrCommonData& common);
 
     // 0 when every result record is filled, 1 otherwise. Never throws.
     int start();
 
     // Driver helpers.
-    static std::uint64_t calculateMemoryEstimate(std::uint64_t variables, std::uint64_t cases,
-                                                 bool permEnabled);
+    static std::uint64_t calculateMemoryEstimate(std::uint64_t variables, std::uint64_t cases, bool permEnabled);
     static bool exceedsMemoryLimit(std::uint64_t estimatedBytes);
     void fillCommonDataForOutputTable(std::vector<double>& idValues);
     int get_optimal_threads(int requested) const;
@@ -82,8 +81,8 @@ public:
     // Centres the matrices, computes dCov, dVar and dCor and fills the result
     // records. The rvalue form moves each distance matrix into its record
     // instead of copying it.
-    void computeDistanceCorrelation(const std::vector<Matrix>& distanceMatrices,
-                                    std::vector<Matrix>& centered, std::vector<double>& dCor);
+    void computeDistanceCorrelation(const std::vector<Matrix>& distanceMatrices, std::vector<Matrix>& centered,
+                                    std::vector<double>& dCor);
     void computeDistanceCorrelation(std::vector<Matrix>&& distanceMatrices, std::vector<Matrix>& centered,
                                     std::vector<double>& dCor);
 
@@ -93,23 +92,44 @@ public:
     static std::pair<std::uint64_t, std::uint64_t> triangularIndex(std::uint64_t k, std::uint64_t n);
 
     // Permutation test.
-    void permutationTest(const Matrix& data, const std::vector<double>& observed,
-                         const std::vector<Matrix>& centered);
-    // How the permutation test computes permuted statistics: by default the
-    // O(n log n) kernel, settling near-ties with the matrix recipe; or the
-    // matrix recipe for every permutation. Both give the same p-values and
-    // bounds; the second is kept as the reference.
-    enum class PermutationStatistics { Fast, MatrixRecipe };
+    void permutationTest(const Matrix& data, const std::vector<double>& observed, const std::vector<Matrix>& centered);
+    // How the permutation test computes permuted statistics. Fast (the default): the O(n log n) kernel from 64
+    // cases on, settling every statistic in doubt with the recipe, and the fused recipe below that. Kernel: the
+    // kernel whenever it accepts the data. Recipe: the fused recipe for every permutation. MatrixRecipe: the
+    // six-argument computeDistanceCorrelation for every permutation. All four give the same unrounded p-values and
+    // bounds, bit for bit; the last is the reference.
+    enum class PermutationStatistics { Fast, Kernel, Recipe, MatrixRecipe };
     void setPermutationStatistics(PermutationStatistics how) { permutationStatistics_ = how; }
+    // The unrounded p-value and bounds of every pair of the last permutation test.
+    struct PermutationOutcome {
+        double pValue = 0.0;
+        double lower = 0.0;
+        double upper = 0.0;
+    };
+    const std::vector<PermutationOutcome>& permutationOutcomes() const { return permutationOutcomes_; }
     // dCor of a fixed centred matrix and a (permuted) column; the last four
     // arguments are scratch buffers sized n x n, n, n and n x n.
-    double computeDistanceCorrelation(const Matrix& centeredX, const std::vector<double>& y,
-                                      Matrix& distance, std::vector<double>& rowMeans,
-                                      std::vector<double>& colMeans, Matrix& centeredY) const;
+    double computeDistanceCorrelation(const Matrix& centeredX, const std::vector<double>& y, Matrix& distance,
+                                      std::vector<double>& rowMeans, std::vector<double>& colMeans,
+                                      Matrix& centeredY) const;
     double computeConfidenceIntervalandPValue(double observed, std::vector<double>& permStats,
                                               std::pair<double, double>& interval) const;
     double calculatePercentile(const std::vector<double>& values, double percent,
                                std::size_t index = kDerivePosition) const;
+
+    // The steps of the permutation test shared with its fast path.
+    // One permutation of the case numbers: Fisher-Yates from the back with a
+    // plain remainder of each raw 32-bit draw.
+    static void shuffleCases(std::vector<std::size_t>& index, std::mt19937& engine);
+    // Positions (low, high) of the two selections over count statistics.
+    static std::pair<std::size_t, std::size_t> selectionIndices(double alpha, std::size_t count);
+    // The percentile at position k of size partially ordered values, from the
+    // value at k and the one after it (read only when interpolating).
+    static double percentileAt(std::size_t size, double percent, std::size_t k, double atK, double afterK);
+    // The two selections, the interval and the p-value of statistics at
+    // significance level alpha; reorders stats.
+    static double selectAndCount(double observed, double alpha, std::vector<double>& stats,
+                                 std::pair<double, double>& interval);
 
     // Fisher-z intervals and descriptive statistics.
     void computeConfidenceInterval(const std::vector<double>& observed, std::uint64_t n);
@@ -128,8 +148,7 @@ private:
     friend class DistanceCorrAlgoObservedProbe;
 
     template <typename Matrices>
-    void fillResultRecords(Matrices&& distanceMatrices, std::vector<Matrix>& centered,
-                           std::vector<double>& dCor);
+    void fillResultRecords(Matrices&& distanceMatrices, std::vector<Matrix>& centered, std::vector<double>& dCor);
 
     const DistanceCorrInputSettings& settings_;
     std::vector<DistanceCorrResult>& results_;
@@ -137,4 +156,5 @@ private:
     DistanceCorrCommonData& common_;
     ParserMessage message_;
     PermutationStatistics permutationStatistics_ = PermutationStatistics::Fast;
+    std::vector<PermutationOutcome> permutationOutcomes_;
 };

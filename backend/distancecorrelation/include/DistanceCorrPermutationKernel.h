@@ -1,7 +1,6 @@
 #pragma once
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <vector>
 
 // The permuted distance correlation of one variable pair in O(n log n) per
@@ -17,12 +16,15 @@
 // squares of the centred y matrix does not depend on the permutation either.
 // The sums run around the columns' means, in double precision (four lanes,
 // vectorized where the processor allows) when the data are well conditioned
-// and in long double when extreme values would magnify rounding; either way
-// the result stays within about 1e-13 of the matrix recipe.
+// and in long double when extreme values would magnify rounding.
 //
-// The kernel declines (usable() is false) where it cannot promise the matrix
-// recipe's answer: non-finite or huge values, or a distance variance at the
-// 1e-8 zero threshold itself. The caller then uses the matrix recipe.
+// Every statistic comes with a bound on its distance from the matrix recipe's
+// value (DistanceCorrPermutationErrorBound): c0() + c1() * value. The kernel
+// declines (usable() is false) where it cannot give one: non-finite values,
+// data for which a double sum of the recipe could overflow, a distance
+// variance too close to the 1e-8 zero threshold to tell which side the
+// recipe's falls on, or a bound too wide to be of use. The caller then uses
+// the matrix recipe.
 class DistanceCorrPermutationKernel {
 public:
     struct Statistic {
@@ -30,42 +32,32 @@ public:
         bool exact;  // bit for bit the matrix recipe's value
     };
 
-    // A variance this small makes the statistic 0.
-    static constexpr double kZeroVariance = 1e-8;
-    // Statistics closer than this to each other or to the observed value are
-    // recomputed by the matrix recipe before they are compared.
-    static constexpr double kTieTolerance = 1e-9;
-    // Values beyond this size could overflow the matrix recipe's sums.
-    static constexpr double kLargestValue = 1e100;
-    // Above this ratio of extreme products to the centred sums, rounding in
-    // double could approach 1e-12 and the sums are kept in long double.
+    // Above this ratio of extreme products to the centred sums, or where the
+    // double sweep's share of the error bound would exceed the next limit,
+    // the sweep keeps its sums in long double.
     static constexpr double kDoubleConditionLimit = 1e4;
+    static constexpr double kDoubleSweepShareLimit = 1e-9;
 
     // fixedColumn is the variable held in place, shuffledColumn the one that
     // is permuted; both in case order and of equal length.
-    DistanceCorrPermutationKernel(const std::vector<double>& fixedColumn,
-                                  const std::vector<double>& shuffledColumn);
+    DistanceCorrPermutationKernel(const std::vector<double>& fixedColumn, const std::vector<double>& shuffledColumn);
 
     bool usable() const { return usable_; }
     std::size_t size() const { return n_; }
     // True when the sums are kept in long double.
     bool precise() const { return precise_; }
+    // True when every statistic is an exact 0 (a distance variance below the
+    // zero threshold).
+    bool alwaysZero() const { return zeroStatistic_; }
 
     // Statistic of the fixed column against the shuffled column permuted by
     // index: case u takes the shuffled value of case index[u].
     Statistic evaluate(const std::vector<std::size_t>& index);
 
-    // Makes the comparisons of the p-value count (stat >= observed) and of the
-    // two selections of the percentile interval come out as they would on the
-    // matrix recipe's values: every inexact statistic that some comparison
-    // finds within tolerance of its counterpart is replaced by literal(t),
-    // its matrix recipe value, until no such comparison remains. The
-    // selections are replayed exactly as the interval computes them: the
-    // element at lowIndex over the whole vector, then the one at highIndex
-    // over [lowIndex, end). Returns the number of literal evaluations.
-    static std::size_t settleTies(std::vector<double>& stats, std::vector<char>& exact, double observed,
-                                  std::size_t lowIndex, std::size_t highIndex, double tolerance,
-                                  const std::function<double(std::size_t)>& literal);
+    // |evaluate(index).value - recipe value| <= c0() + c1() * value for an
+    // inexact statistic; 0 when every statistic is an exact zero.
+    double c0() const { return c0_; }
+    double c1() const { return c1_; }
 
 private:
     // Fenwick tree node over the ranks of y: count and the sums of x, y, x*y.
@@ -88,15 +80,17 @@ private:
     bool usable_ = true;
     bool zeroStatistic_ = false;
     bool precise_ = false;
+    double c0_ = 0;
+    double c1_ = 0;
 
-    std::vector<std::size_t> xOrder_;       // cases in ascending x
-    std::vector<long double> xSorted_;      // x in that order, centred
-    std::vector<long double> xRowSums_;     // a_i. in case order
-    std::vector<std::uint32_t> yRank_;      // 1-based dense rank of y, case order
-    std::vector<long double> yCentred_;     // y in case order, centred
-    std::vector<long double> yRowSums_;     // b_i. in case order
-    long double s3_ = 0;                    // a.. b..
-    long double normaliser_ = 0;            // sqrt of both centred sums of squares
+    std::vector<std::size_t> xOrder_;    // cases in ascending x
+    std::vector<long double> xSorted_;   // x in that order, centred
+    std::vector<long double> xRowSums_;  // a_i. in case order
+    std::vector<std::uint32_t> yRank_;   // 1-based dense rank of y, case order
+    std::vector<long double> yCentred_;  // y in case order, centred
+    std::vector<long double> yRowSums_;  // b_i. in case order
+    long double s3_ = 0;                 // a.. b..
+    long double normaliser_ = 0;         // sqrt of both centred sums of squares
     std::vector<Node> tree_;
 
     // The same columns in double for the well-conditioned sweep; its tree

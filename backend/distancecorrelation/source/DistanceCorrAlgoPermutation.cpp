@@ -2,13 +2,12 @@
 #include <cmath>
 #include <limits>
 #include <numeric>
-#include <optional>
 #include <random>
 #include <stdexcept>
 #include <utility>
 
 #include "DistanceCorrAlgo.h"
-#include "DistanceCorrPermutationKernel.h"
+#include "DistanceCorrPermutationPair.h"
 
 namespace {
 
@@ -35,26 +34,20 @@ void sizeSquare(DistanceCorrAlgo::Matrix& matrix, std::size_t n) {
     }
 }
 
-bool isSquare(const DistanceCorrAlgo::Matrix& matrix, std::size_t n) {
-    if (matrix.size() != n) return false;
-    for (const auto& row : matrix) {
-        if (row.size() != n) return false;
+DistanceCorrPermutationPair::Method methodFor(DistanceCorrAlgo::PermutationStatistics how) {
+    switch (how) {
+        case DistanceCorrAlgo::PermutationStatistics::Kernel:
+            return DistanceCorrPermutationPair::Method::Kernel;
+        case DistanceCorrAlgo::PermutationStatistics::Recipe:
+            return DistanceCorrPermutationPair::Method::Recipe;
+        default:
+            return DistanceCorrPermutationPair::Method::Automatic;
     }
-    return true;
 }
 
-// Positions of the two selections of the percentile interval over count
-// statistics at significance level alpha.
-std::pair<std::size_t, std::size_t> selectionIndices(double alpha, std::size_t count) {
-    const std::size_t low = truncateToIndex(alpha / 2 * static_cast<double>(count - 1), count);
-    const std::size_t high = std::max(low, truncateToIndex((1 - alpha / 2) * static_cast<double>(count - 1), count));
-    return {low, high};
-}
+}  // namespace
 
-// One permutation of the case numbers: Fisher-Yates from the back with a
-// plain remainder (no rejection of biased draws), so that a seed always gives
-// the same shuffle.
-void shuffle(std::vector<std::size_t>& index, std::mt19937& engine) {
+void DistanceCorrAlgo::shuffleCases(std::vector<std::size_t>& index, std::mt19937& engine) {
     std::iota(index.begin(), index.end(), std::size_t{0});
     const std::size_t n = index.size();
     for (std::size_t s = 0; s + 1 < n; ++s) {
@@ -65,12 +58,11 @@ void shuffle(std::vector<std::size_t>& index, std::mt19937& engine) {
     }
 }
 
-// The random stream is saved before every this many permutations, so that a
-// permutation can be drawn again for the matrix recipe without holding all
-// the numbers.
-constexpr std::uint64_t kCheckpointEvery = 64;
-
-}  // namespace
+std::pair<std::size_t, std::size_t> DistanceCorrAlgo::selectionIndices(double alpha, std::size_t count) {
+    const std::size_t low = truncateToIndex(alpha / 2 * static_cast<double>(count - 1), count);
+    const std::size_t high = std::max(low, truncateToIndex((1 - alpha / 2) * static_cast<double>(count - 1), count));
+    return {low, high};
+}
 
 void DistanceCorrAlgo::permutationTest(const Matrix& data, const std::vector<double>& observed,
                                        const std::vector<Matrix>& centered) {
@@ -80,6 +72,7 @@ void DistanceCorrAlgo::permutationTest(const Matrix& data, const std::vector<dou
     const std::size_t n = data.empty() ? 0 : data[0].size();
     const std::uint64_t pairs = p * (p - 1) / 2;
     const std::uint64_t seed = truncateToUnsigned(criteria.get_permSeed());
+    const double alpha = criteria.get_permSigLevel();
 
     if (observed.size() != pairs || results_.size() != pairs) {
         throw std::runtime_error("Size mismatch in permutation test");
@@ -89,77 +82,49 @@ void DistanceCorrAlgo::permutationTest(const Matrix& data, const std::vector<dou
     if (!consistent) throw std::runtime_error("Size mismatch in permutation test");
     if (pairs > 0 && iterations > 0 && n == 0) throw std::runtime_error("Insufficient data points");
 
+    // One worker: the pairs run in order on the calling thread and each
+    // consumes the next N * (n - 1) numbers of the stream as it goes, the
+    // same numbers as drawing all pairs' numbers up front, without holding
+    // them. A pair's numbers are fixed by their position in the stream, so
+    // pairs could equally run apart from their own starting states.
     std::mt19937 engine(static_cast<std::uint32_t>(seed & 0xFFFFFFFFULL));
-
-    // One worker: all pairs run in order on the calling thread, so drawing
-    // each number when it is used consumes the stream in the same order as
-    // drawing all pairs' N * (n - 1) numbers up front, without holding them.
-    // The matrix recipe's buffers are sized on its first use: the fast kernel
-    // needs none of them.
-    ThreadBuffers buffers;
-    std::vector<std::size_t> index(n);
-    std::vector<double> permuted(n);
-    std::vector<double> statistics(iterations);
-    std::vector<char> exact(iterations);
-    std::vector<std::mt19937> checkpoints;
-    const bool fast = permutationStatistics_ == PermutationStatistics::Fast;
-    const std::pair<std::size_t, std::size_t> selection =
-        iterations == 0 ? std::make_pair(std::size_t{0}, std::size_t{0})
-                        : selectionIndices(criteria.get_permSigLevel(), iterations);
+    permutationOutcomes_.assign(pairs, PermutationOutcome{});
 
     for (std::uint64_t k = 0; k < pairs; ++k) {
         std::uint64_t i = 0;
         std::uint64_t j = 0;
         triangularIndex(k, i, j, p);
-        // Variable i stays fixed; variable j is shuffled by the current index.
-        const auto matrixRecipe = [&]() {
-            if (buffers.rowMeans.size() != n) {
-                sizeSquare(buffers.distanceMatrix, n);
-                sizeSquare(buffers.centeredMatrix, n);
-                buffers.rowMeans.assign(n, 0.0);
-                buffers.colMeans.assign(n, 0.0);
-            }
-            for (std::size_t u = 0; u < n; ++u) permuted[u] = data[j][index[u]];
-            return computeDistanceCorrelation(centered[i], permuted, buffers.distanceMatrix, buffers.rowMeans,
-                                              buffers.colMeans, buffers.centeredMatrix);
-        };
-
-        // The kernel declines data it cannot promise to match (non-finite
-        // values, a variance at the zero threshold): the recipe runs instead,
-        // as it does for a fixed matrix of the wrong shape, which it reports.
-        std::optional<DistanceCorrPermutationKernel> kernel;
-        if (fast && iterations > 0 && isSquare(centered[i], n)) kernel.emplace(data[i], data[j]);
-        if (kernel && kernel->usable()) {
-            checkpoints.clear();
+        // Variable i stays fixed; variable j is shuffled.
+        PermutationOutcome outcome;
+        if (permutationStatistics_ == PermutationStatistics::MatrixRecipe) {
+            ThreadBuffers buffers;
+            sizeSquare(buffers.distanceMatrix, n);
+            sizeSquare(buffers.centeredMatrix, n);
+            buffers.rowMeans.assign(n, 0.0);
+            buffers.colMeans.assign(n, 0.0);
+            std::vector<std::size_t> index(n);
+            std::vector<double> permuted(n);
+            std::vector<double> statistics(iterations);
             for (std::uint64_t t = 0; t < iterations; ++t) {
-                if (t % kCheckpointEvery == 0) checkpoints.push_back(engine);
-                shuffle(index, engine);
-                const DistanceCorrPermutationKernel::Statistic s = kernel->evaluate(index);
-                statistics[t] = s.value;
-                exact[t] = s.exact;
+                shuffleCases(index, engine);
+                for (std::size_t u = 0; u < n; ++u) permuted[u] = data[j][index[u]];
+                statistics[t] = computeDistanceCorrelation(centered[i], permuted, buffers.distanceMatrix,
+                                                           buffers.rowMeans, buffers.colMeans, buffers.centeredMatrix);
             }
-            // Statistics within rounding of each other or of the observed
-            // value are recomputed by the matrix recipe, so that every
-            // comparison below comes out as it does on the recipe's values.
-            DistanceCorrPermutationKernel::settleTies(
-                statistics, exact, observed[k], selection.first, selection.second,
-                DistanceCorrPermutationKernel::kTieTolerance, [&](std::size_t t) {
-                    std::mt19937 replay = checkpoints[t / kCheckpointEvery];
-                    replay.discard(static_cast<unsigned long long>(t % kCheckpointEvery) * (n - 1));
-                    shuffle(index, replay);
-                    return matrixRecipe();
-                });
+            std::pair<double, double> interval(0.0, 0.0);
+            outcome.pValue = computeConfidenceIntervalandPValue(observed[k], statistics, interval);
+            outcome.lower = interval.first;
+            outcome.upper = interval.second;
         } else {
-            for (std::uint64_t t = 0; t < iterations; ++t) {
-                shuffle(index, engine);
-                statistics[t] = matrixRecipe();
-            }
+            DistanceCorrPermutationPair pair(centered[i], data[i], data[j], iterations, alpha,
+                                             methodFor(permutationStatistics_));
+            const DistanceCorrPermutationPair::Outcome o = pair.run(engine, observed[k]);
+            outcome = {o.pValue, o.lower, o.upper};
         }
-        std::pair<double, double> interval(0.0, 0.0);
-        const double pValue = computeConfidenceIntervalandPValue(observed[k], statistics, interval);
-        results_[k].pValue = roundToPrecision(pValue, 4);
-        results_[k].permLower = roundToPrecision(interval.first, 4);
-        results_[k].permUpper = roundToPrecision(interval.second, 4);
+        permutationOutcomes_[k] = outcome;
+        results_[k].pValue = roundToPrecision(outcome.pValue, 4);
+        results_[k].permLower = roundToPrecision(outcome.lower, 4);
+        results_[k].permUpper = roundToPrecision(outcome.upper, 4);
     }
 }
 
@@ -226,29 +191,37 @@ double DistanceCorrAlgo::computeDistanceCorrelation(const Matrix& centeredX, con
     // Here a variance of exactly EPSILON already counts as zero.
     if (dVarX <= EPSILON || dVarY <= EPSILON) return 0.0;
     const double r = (sumAB / cells) / std::sqrt(dVarX * dVarY);
-    // Written so that a NaN ratio (from NaN data) ends as 0, as in the
-    // observed statistic.
-    return std::max(0.0, std::min(r, 1.0));
+    // First the smaller of 1 and r, then the larger of 0 and that: a NaN
+    // ratio (from NaN or infinite data) gives 1. The observed statistic
+    // clamps the other way round and gives 0.
+    return std::max(0.0, std::min(1.0, r));
 }
 
 double DistanceCorrAlgo::computeConfidenceIntervalandPValue(double observed, std::vector<double>& permStats,
                                                             std::pair<double, double>& interval) const {
-    if (permStats.empty()) return 0.0;
-    const double alpha = settings_.criteriaSettings().get_permSigLevel();
-    const std::size_t count = permStats.size();
+    return selectAndCount(observed, settings_.criteriaSettings().get_permSigLevel(), permStats, interval);
+}
+
+double DistanceCorrAlgo::selectAndCount(double observed, double alpha, std::vector<double>& stats,
+                                        std::pair<double, double>& interval) {
+    if (stats.empty()) return 0.0;
+    const std::size_t count = stats.size();
+    const std::size_t last = count - 1;
     const auto [lowIndex, highIndex] = selectionIndices(alpha, count);
 
     // Two linear-time selections instead of a sort; the percentile then
     // interpolates on the partially ordered vector.
-    const auto first = permStats.begin();
-    std::nth_element(first, first + static_cast<std::ptrdiff_t>(lowIndex), permStats.end());
-    interval.first = calculatePercentile(permStats, 100 * alpha / 2, lowIndex);
+    const auto first = stats.begin();
+    std::nth_element(first, first + static_cast<std::ptrdiff_t>(lowIndex), stats.end());
+    interval.first =
+        percentileAt(count, 100 * alpha / 2, lowIndex, stats[lowIndex], stats[std::min(lowIndex + 1, last)]);
     std::nth_element(first + static_cast<std::ptrdiff_t>(lowIndex), first + static_cast<std::ptrdiff_t>(highIndex),
-                     permStats.end());
-    interval.second = calculatePercentile(permStats, (1 - alpha / 2) * 100, highIndex);
+                     stats.end());
+    interval.second =
+        percentileAt(count, (1 - alpha / 2) * 100, highIndex, stats[highIndex], stats[std::min(highIndex + 1, last)]);
 
     std::size_t atLeastObserved = 0;
-    for (double s : permStats) {
+    for (double s : stats) {
         if (s >= observed) ++atLeastObserved;  // NaN never counts
     }
     // No +1 smoothing: the p-value can be exactly 0.
@@ -258,11 +231,17 @@ double DistanceCorrAlgo::computeConfidenceIntervalandPValue(double observed, std
 double DistanceCorrAlgo::calculatePercentile(const std::vector<double>& values, double percent,
                                              std::size_t index) const {
     if (values.empty()) return 0.0;
-    if (values.size() == 1) return values[0];
     const std::size_t last = values.size() - 1;
+    const std::size_t k = index == kDerivePosition
+                              ? truncateToIndex(percent / 100 * static_cast<double>(last), values.size())
+                              : std::min(index, last);
+    return percentileAt(values.size(), percent, k, values[k], values[std::min(k + 1, last)]);
+}
+
+double DistanceCorrAlgo::percentileAt(std::size_t size, double percent, std::size_t k, double atK, double afterK) {
+    if (size <= 1) return atK;
+    const std::size_t last = size - 1;
     const double position = percent / 100 * static_cast<double>(last);
-    const std::size_t k = index == kDerivePosition ? truncateToIndex(position, values.size())
-                                                   : std::min(index, last);
-    if (position == static_cast<double>(k) || k == last) return values[k];
-    return values[k] + (position - static_cast<double>(k)) * (values[k + 1] - values[k]);
+    if (position == static_cast<double>(k) || k >= last) return atK;
+    return atK + (position - static_cast<double>(k)) * (afterK - atK);
 }

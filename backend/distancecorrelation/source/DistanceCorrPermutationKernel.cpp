@@ -7,11 +7,13 @@
 #include <stdexcept>
 #include <utility>
 
+#include "DistanceCorrPermutationErrorBound.h"
+
 namespace {
 
-bool withinRange(const std::vector<double>& values) {
+bool allFinite(const std::vector<double>& values) {
     for (double v : values) {
-        if (!std::isfinite(v) || std::fabs(v) > DistanceCorrPermutationKernel::kLargestValue) return false;
+        if (!std::isfinite(v)) return false;
     }
     return true;
 }
@@ -35,15 +37,16 @@ std::vector<long double> centredInOrder(const std::vector<double>& values, const
     return out;
 }
 
-enum class VarianceClass { Zero, Positive, Undecided };
+long double largestMagnitude(const std::vector<long double>& values) {
+    long double largest = 0;
+    for (long double v : values) largest = std::max(largest, std::fabs(v));
+    return largest;
+}
 
-// The matrix recipe's rounding moves a variance by far less than this band.
-VarianceClass classify(long double variance) {
-    constexpr long double band = 1e-6L;
-    const long double limit = DistanceCorrPermutationKernel::kZeroVariance;
-    if (variance > limit * (1 + band)) return VarianceClass::Positive;
-    if (variance < limit * (1 - band)) return VarianceClass::Zero;
-    return VarianceClass::Undecided;
+// Largest minus smallest value, rounded up.
+long double rangeOf(const std::vector<double>& values, const std::vector<std::size_t>& ascending) {
+    const long double range = static_cast<long double>(values[ascending.back()]) - values[ascending.front()];
+    return range * (1 + 1e-15L);
 }
 
 // Count, x, y and x*y of a Fenwick node side by side, so that one vector
@@ -53,9 +56,11 @@ typedef double Lanes __attribute__((vector_size(4 * sizeof(double))));
 // Half of S1 with double sums: for each case in x order, the signed sums over
 // the earlier cases (+1 at or below its y, -1 above) of count, x, y and x*y.
 // Cloned for AVX2, with a plain SSE2 version for any other x86-64.
-__attribute__((target_clones("avx2", "default"))) double sweepLanes(
-    std::size_t n, const std::size_t* xOrder, const std::size_t* index, const std::uint32_t* yRank,
-    const double* xSorted, const double* yCentred, double* tree, std::size_t top) {
+__attribute__((target_clones("avx2", "default"))) double sweepLanes(std::size_t n, const std::size_t* xOrder,
+                                                                    const std::size_t* index,
+                                                                    const std::uint32_t* yRank, const double* xSorted,
+                                                                    const double* yCentred, double* tree,
+                                                                    std::size_t top) {
     std::fill(tree, tree + 4 * (top + 1), 0.0);
     Lanes total = {0, 0, 0, 0};
     double halfS1 = 0;
@@ -90,7 +95,7 @@ DistanceCorrPermutationKernel::DistanceCorrPermutationKernel(const std::vector<d
                                                              const std::vector<double>& shuffledColumn)
     : n_(fixedColumn.size()) {
     if (shuffledColumn.size() != n_) throw std::invalid_argument("Columns of different length");
-    usable_ = withinRange(fixedColumn) && withinRange(shuffledColumn);
+    usable_ = allFinite(fixedColumn) && allFinite(shuffledColumn);
     if (!usable_ || n_ == 0) return;
 
     xOrder_ = ascendingOrder(fixedColumn);
@@ -121,25 +126,35 @@ DistanceCorrPermutationKernel::DistanceCorrPermutationKernel(const std::vector<d
     s3_ = xTotal * yTotal;
 
     const long double cells = static_cast<long double>(n_) * static_cast<long double>(n_);
-    const long double xSquares = centredSumOfSquares(xSorted_, xSortedRows);
-    const long double ySquares = centredSumOfSquares(ySorted, ySortedRows);
-    const VarianceClass xClass = classify(xSquares / cells);
-    const VarianceClass yClass = classify(ySquares / cells);
-    if (xClass == VarianceClass::Undecided || yClass == VarianceClass::Undecided) {
+    const DistanceCorrPermutationErrorBound::Column x{rangeOf(fixedColumn, xOrder_), largestMagnitude(xSorted_),
+                                                      centredSumOfSquares(xSorted_, xSortedRows)};
+    const DistanceCorrPermutationErrorBound::Column y{rangeOf(shuffledColumn, yOrder), largestMagnitude(ySorted),
+                                                      centredSumOfSquares(ySorted, ySortedRows)};
+    // Rounding in the sweep grows with the extreme products against the
+    // centred sums it must resolve; long double where double would dominate
+    // the bound.
+    precise_ = !(x.extreme * y.extreme * cells <= kDoubleConditionLimit * std::sqrt(x.squares * y.squares));
+    DistanceCorrPermutationErrorBound bound(n_, x, y, !precise_);
+    if (!precise_ && bound.doubleSweepShare() > kDoubleSweepShareLimit) {
+        precise_ = true;
+        bound = DistanceCorrPermutationErrorBound(n_, x, y, false);
+    }
+    using Variance = DistanceCorrPermutationErrorBound::Variance;
+    if (!bound.inRange()) {
         usable_ = false;
         return;
     }
-    zeroStatistic_ = xClass == VarianceClass::Zero || yClass == VarianceClass::Zero;
+    // The recipe gives 0 as soon as one of its variances is at or below the
+    // threshold.
+    zeroStatistic_ = bound.fixedVariance() == Variance::Zero || bound.shuffledVariance() == Variance::Zero;
     if (zeroStatistic_) return;
-    normaliser_ = std::sqrt(xSquares * ySquares);
-
-    // Rounding in the sweep grows with the extreme products against the
-    // centred sums it must resolve.
-    long double xExtreme = 0;
-    long double yExtreme = 0;
-    for (long double v : xSorted_) xExtreme = std::max(xExtreme, std::fabs(v));
-    for (long double v : yCentred_) yExtreme = std::max(yExtreme, std::fabs(v));
-    precise_ = xExtreme * yExtreme * cells > kDoubleConditionLimit * normaliser_;
+    if (!bound.trusted()) {
+        usable_ = false;
+        return;
+    }
+    c0_ = bound.c0();
+    c1_ = bound.c1();
+    normaliser_ = std::sqrt(x.squares * y.squares);
     if (!precise_) {
         xSortedD_.assign(xSorted_.begin(), xSorted_.end());
         yCentredD_.assign(yCentred_.begin(), yCentred_.end());
@@ -156,8 +171,7 @@ std::vector<long double> DistanceCorrPermutationKernel::sortedRowSums(const std:
     for (std::size_t k = 0; k < n; ++k) {
         const long double v = sorted[k];
         const long double above = total - below - v;
-        rows[k] = (static_cast<long double>(k) * v - below) +
-                  (above - static_cast<long double>(n - 1 - k) * v);
+        rows[k] = (static_cast<long double>(k) * v - below) + (above - static_cast<long double>(n - 1 - k) * v);
         below += v;
     }
     return rows;
@@ -195,10 +209,9 @@ DistanceCorrPermutationKernel::Statistic DistanceCorrPermutationKernel::evaluate
         if (source >= n_) throw std::out_of_range("Permutation entry out of range");
         s2 += xRowSums_[i] * yRowSums_[source];
     }
-    const long double halfS1 =
-        precise_ ? sweepPrecise(index)
-                 : sweepLanes(n_, xOrder_.data(), index.data(), yRank_.data(), xSortedD_.data(),
-                              yCentredD_.data(), laneTree_.data(), laneTree_.size() / 4 - 1);
+    const long double halfS1 = precise_ ? sweepPrecise(index)
+                                        : sweepLanes(n_, xOrder_.data(), index.data(), yRank_.data(), xSortedD_.data(),
+                                                     yCentredD_.data(), laneTree_.data(), laneTree_.size() / 4 - 1);
 
     const long double n = static_cast<long double>(n_);
     const long double crossSum = 2 * halfS1 - 2 * s2 / n + s3_ / (n * n);
@@ -248,54 +261,4 @@ long double DistanceCorrPermutationKernel::sweepPrecise(const std::vector<std::s
         total.xy += xy;
     }
     return halfS1;
-}
-
-std::size_t DistanceCorrPermutationKernel::settleTies(std::vector<double>& stats, std::vector<char>& exact,
-                                                      double observed, std::size_t lowIndex,
-                                                      std::size_t highIndex, double tolerance,
-                                                      const std::function<double(std::size_t)>& literal) {
-    const std::size_t count = stats.size();
-    if (exact.size() != count) throw std::invalid_argument("One exactness flag per statistic expected");
-    const bool selectable = count > 0 && lowIndex < count && highIndex < count && lowIndex <= highIndex;
-
-    std::size_t evaluations = 0;
-    std::vector<char> doubtful(count);
-    std::vector<std::size_t> pending;
-    std::vector<std::pair<double, std::size_t>> work;
-    const auto mark = [&](std::size_t t) {
-        if (!exact[t] && !doubtful[t]) {
-            doubtful[t] = 1;
-            pending.push_back(t);
-        }
-    };
-    for (;;) {
-        pending.clear();
-        std::fill(doubtful.begin(), doubtful.end(), 0);
-        for (std::size_t t = 0; t < count; ++t) {
-            if (std::fabs(stats[t] - observed) <= tolerance || !selectable) mark(t);
-        }
-        if (selectable) {
-            // Replays the two selections on (value, position) pairs: the moves
-            // depend only on the comparisons, so they are the ones the interval
-            // makes on the values alone.
-            work.resize(count);
-            for (std::size_t t = 0; t < count; ++t) work[t] = {stats[t], t};
-            const auto less = [&](const std::pair<double, std::size_t>& a, const std::pair<double, std::size_t>& b) {
-                if (a.second != b.second && std::fabs(a.first - b.first) <= tolerance) {
-                    mark(a.second);
-                    mark(b.second);
-                }
-                return a.first < b.first;
-            };
-            std::nth_element(work.begin(), work.begin() + static_cast<std::ptrdiff_t>(lowIndex), work.end(), less);
-            std::nth_element(work.begin() + static_cast<std::ptrdiff_t>(lowIndex),
-                             work.begin() + static_cast<std::ptrdiff_t>(highIndex), work.end(), less);
-        }
-        if (pending.empty()) return evaluations;
-        for (std::size_t t : pending) {
-            stats[t] = literal(t);
-            exact[t] = 1;
-            ++evaluations;
-        }
-    }
 }

@@ -63,17 +63,17 @@ struct Kernels {
     // j+m of every row (lane r: row r).
     [[gnu::always_inline]] static inline void transposeTile(const Vec (&in)[W], Vec (&out)[W]) {
         if constexpr (W == 2) {
-            out[0] = __builtin_shuffle(in[0], in[1], Bits{0, 2});
-            out[1] = __builtin_shuffle(in[0], in[1], Bits{1, 3});
+            out[0] = __builtin_shufflevector(in[0], in[1], 0, 2);
+            out[1] = __builtin_shufflevector(in[0], in[1], 1, 3);
         } else {
-            const Vec t0 = __builtin_shuffle(in[0], in[1], Bits{0, 4, 2, 6});
-            const Vec t1 = __builtin_shuffle(in[0], in[1], Bits{1, 5, 3, 7});
-            const Vec t2 = __builtin_shuffle(in[2], in[3], Bits{0, 4, 2, 6});
-            const Vec t3 = __builtin_shuffle(in[2], in[3], Bits{1, 5, 3, 7});
-            out[0] = __builtin_shuffle(t0, t2, Bits{0, 1, 4, 5});
-            out[1] = __builtin_shuffle(t1, t3, Bits{0, 1, 4, 5});
-            out[2] = __builtin_shuffle(t0, t2, Bits{2, 3, 6, 7});
-            out[3] = __builtin_shuffle(t1, t3, Bits{2, 3, 6, 7});
+            const Vec t0 = __builtin_shufflevector(in[0], in[1], 0, 4, 2, 6);
+            const Vec t1 = __builtin_shufflevector(in[0], in[1], 1, 5, 3, 7);
+            const Vec t2 = __builtin_shufflevector(in[2], in[3], 0, 4, 2, 6);
+            const Vec t3 = __builtin_shufflevector(in[2], in[3], 1, 5, 3, 7);
+            out[0] = __builtin_shufflevector(t0, t2, 0, 1, 4, 5);
+            out[1] = __builtin_shufflevector(t1, t3, 0, 1, 4, 5);
+            out[2] = __builtin_shufflevector(t0, t2, 2, 3, 6, 7);
+            out[3] = __builtin_shufflevector(t1, t3, 2, 3, 6, 7);
         }
     }
 
@@ -82,10 +82,10 @@ struct Kernels {
     [[gnu::always_inline]] static inline Vec blockValues(const Vec (&terms)[4]) {
         Vec t[4];
         if constexpr (W == 2) {
-            t[0] = __builtin_shuffle(terms[0], terms[2], Bits{0, 2});
-            t[1] = __builtin_shuffle(terms[0], terms[2], Bits{1, 3});
-            t[2] = __builtin_shuffle(terms[1], terms[3], Bits{0, 2});
-            t[3] = __builtin_shuffle(terms[1], terms[3], Bits{1, 3});
+            t[0] = __builtin_shufflevector(terms[0], terms[2], 0, 2);
+            t[1] = __builtin_shufflevector(terms[0], terms[2], 1, 3);
+            t[2] = __builtin_shufflevector(terms[1], terms[3], 0, 2);
+            t[3] = __builtin_shufflevector(terms[1], terms[3], 1, 3);
         } else {
             transposeTile(terms, t);
         }
@@ -94,8 +94,7 @@ struct Kernels {
 
     // Row i of the distance matrix: |x_i - x_j| below the diagonal (as it is
     // mirrored from row j), |x_j - x_i| above it, 0 on it.
-    [[gnu::always_inline]] static inline void distanceRow(const double* x, std::size_t n, std::size_t i,
-                                                          double* out) {
+    [[gnu::always_inline]] static inline void distanceRow(const double* x, std::size_t n, std::size_t i, double* out) {
         const double xi = x[i];
         std::size_t j = 0;
         for (; j + W <= i; j += W) store(out + j, magnitude(xi - load(x + j)));
@@ -107,8 +106,8 @@ struct Kernels {
 
     // Sums of kGroupRows consecutive rows, each left to right from 0.0, and
     // their elements added to the column sums in row order.
-    [[gnu::always_inline]] static inline void sumRowGroup(const double* const* rows, std::size_t n,
-                                                          double* rowSums, double* colSums) {
+    [[gnu::always_inline]] static inline void sumRowGroup(const double* const* rows, std::size_t n, double* rowSums,
+                                                          double* colSums) {
         Vec low{};
         Vec high{};
         std::size_t j = 0;
@@ -247,8 +246,8 @@ struct Build<4> {
                                                             double* out) {
         K::distanceRow(x, n, i, out);
     }
-    __attribute__((target("avx2"))) static void sumRowGroup(const double* const* rows, std::size_t n,
-                                                            double* rowSums, double* colSums) {
+    __attribute__((target("avx2"))) static void sumRowGroup(const double* const* rows, std::size_t n, double* rowSums,
+                                                            double* colSums) {
         K::sumRowGroup(rows, n, rowSums, colSums);
     }
     __attribute__((target("avx2"))) static double sumRow(const double* row, std::size_t n, double* colSums) {
@@ -259,7 +258,7 @@ struct Build<4> {
         return K::centreRow(d, rm, cm, g, n, a);
     }
     __attribute__((target("avx2"))) static double addRowProducts(double sum, const double* x, const double* y,
-                                                                  std::size_t n) {
+                                                                 std::size_t n) {
         return K::addRowProducts(sum, x, y, n);
     }
 };

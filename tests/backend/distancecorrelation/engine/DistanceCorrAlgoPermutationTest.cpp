@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "../perf/PermutationRecipeRun.h"
 #include "EngineTestSettings.h"
 
 namespace {
@@ -51,8 +52,8 @@ PairOutcome referenceOutcome(double observed, std::vector<double> stats, double 
 // random numbers are drawn up front, pair after pair, before any shuffle.
 std::vector<PairOutcome> referencePermutationTest(const DistanceCorrAlgo& algo, const Matrix& data,
                                                   const std::vector<double>& observed,
-                                                  const std::vector<Matrix>& centered, double seed,
-                                                  double iterations, double alpha) {
+                                                  const std::vector<Matrix>& centered, double seed, double iterations,
+                                                  double alpha) {
     const auto N = static_cast<std::uint64_t>(iterations);
     const std::size_t p = data.size();
     const std::size_t n = data[0].size();
@@ -92,24 +93,8 @@ std::vector<PairOutcome> referencePermutationTest(const DistanceCorrAlgo& algo, 
     return outcomes;
 }
 
-// Centred matrices and unrounded dCor of some columns, from the engine's observed path.
-void observe(const DistanceCorrAlgo& algo, const Matrix& data, std::vector<Matrix>& centered,
-             std::vector<double>& dCor) {
-    std::vector<Matrix> distances;
-    algo.performEuclideanDistanceAnalysis(data, distances);
-    Matrix rowMeans;
-    Matrix colMeans;
-    std::vector<double> grand;
-    std::vector<double> dCov;
-    std::vector<double> dVar;
-    algo.calculateRowMean(distances, rowMeans);
-    algo.calculateColumnMean(distances, colMeans);
-    algo.calculateGlobalMean(distances, grand);
-    algo.calculateCenteredMatrix(distances, rowMeans, colMeans, grand, centered);
-    algo.calculateDistanceCovariance(centered, dCov);
-    algo.calculateDistanceVariance(centered, dVar);
-    algo.calculateDistanceCorrelation(dCov, dVar, dCor);
-}
+// Centred matrices and unrounded dCor of some columns, from the engine's step-by-step operations.
+using permrun::observe;
 
 Matrix sampleData(std::uint32_t seed, std::size_t variables, std::size_t cases) {
     std::mt19937 rng(seed);
@@ -151,8 +136,7 @@ TEST(DistanceCorrAlgoPermutation, MatchesTheUpFrontDrawForEveryPair) {
     }
     // The test must not be vacuous: the pairs differ from each other.
     EXPECT_NE(run.results[0].permUpper, 0.0);
-    EXPECT_TRUE(run.results[0].pValue != run.results[1].pValue ||
-                run.results[0].permUpper != run.results[1].permUpper);
+    EXPECT_TRUE(run.results[0].pValue != run.results[1].pValue || run.results[0].permUpper != run.results[1].permUpper);
 }
 
 TEST(DistanceCorrAlgoPermutation, PairsInOrderWithTheLaterVariableShuffled) {
@@ -257,9 +241,9 @@ TEST(DistanceCorrAlgoPermutation, ConstantShuffledColumnGivesZeroStatistics) {
     Matrix centeredY;
     std::vector<double> rowMeans;
     std::vector<double> colMeans;
-    EXPECT_EQ(run.algo.computeDistanceCorrelation(centered[0], {3, 3, 3, 3, 3}, distance, rowMeans, colMeans,
-                                                  centeredY),
-              0.0);
+    EXPECT_EQ(
+        run.algo.computeDistanceCorrelation(centered[0], {3, 3, 3, 3, 3}, distance, rowMeans, colMeans, centeredY),
+        0.0);
 
     const Matrix data{{1, 4, 2, 8, 5}, {3, 3, 3, 3, 3}};
     EngineRun full(data);
@@ -270,16 +254,18 @@ TEST(DistanceCorrAlgoPermutation, ConstantShuffledColumnGivesZeroStatistics) {
     EXPECT_EQ(full.results[0].permUpper, 0.0);
 }
 
-TEST(DistanceCorrAlgoPermutation, NaNDataGiveZeroPermutedStatistics) {
-    // LOG of -2 is NaN: the observed dCor is 0, and the permuted statistics
-    // are 0 as well rather than a clamped 1.
+TEST(DistanceCorrAlgoPermutation, NaNRatioGivesPermutedStatisticsOfOne) {
+    // LOG of -2 is NaN. The observed dCor skips the division and is 0; the
+    // permuted statistic divides, and its clamp (first the smaller of 1 and
+    // r, then the larger of 0 and that) turns the NaN ratio into 1. So every
+    // permuted statistic is 1 >= 0: p-value 1, interval [1, 1].
     EngineRun run({{0, 1, -2, 3, 4, 2}, {1, 2, 3, 4, 5, 7}});
     run.settings.criteria().set_normalization("LOG");
     permutationRun(run, 17, 50);
     ASSERT_EQ(run.algo.start(), 0);
     EXPECT_EQ(run.results[0].dCor, 0.0);
-    EXPECT_EQ(run.results[0].permLower, 0.0);
-    EXPECT_EQ(run.results[0].permUpper, 0.0);
+    EXPECT_EQ(run.results[0].permLower, 1.0);
+    EXPECT_EQ(run.results[0].permUpper, 1.0);
     EXPECT_EQ(run.results[0].pValue, 1.0);
 }
 

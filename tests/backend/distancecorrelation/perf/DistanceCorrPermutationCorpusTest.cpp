@@ -10,19 +10,14 @@
 
 #include "DistanceCorrPermutationKernel.h"
 #include "EngineTestSettings.h"
+#include "PermutationRecipeRun.h"
 #include "PermutationTestData.h"
 
 namespace {
 
 using permdata::Kind;
 
-struct CorpusCase {
-    std::vector<std::vector<double>> columns;
-    std::string normalization;
-    double seed;
-    double iterations;
-    double alpha;
-};
+using CorpusCase = permrun::Case;
 
 CorpusCase makeCase(std::uint64_t number) {
     std::mt19937_64 rng(1000 + number);
@@ -68,16 +63,9 @@ std::size_t pairsForTheKernel(const CorpusCase& c) {
 }
 
 std::vector<DistanceCorrResult> run(const CorpusCase& c, DistanceCorrAlgo::PermutationStatistics how) {
-    EngineRun engine(c.columns);
-    auto& criteria = engine.settings.criteria();
-    criteria.set_normalization(c.normalization);
-    criteria.set_permEnabled(true);
-    criteria.set_permSeed(c.seed);
-    criteria.set_permMaxIterations(c.iterations);
-    criteria.set_permSigLevel(c.alpha);
-    engine.algo.setPermutationStatistics(how);
-    EXPECT_EQ(engine.algo.start(), 0);
-    return engine.results;
+    const permrun::EngineOutcome out = permrun::runEngine(c, how);
+    EXPECT_EQ(out.status, 0);
+    return out.results;
 }
 
 TEST(DistanceCorrPermutationCorpus, FastAndMatrixRecipeGiveIdenticalPValuesAndBounds) {

@@ -24,8 +24,13 @@ std::vector<std::size_t> identity(std::size_t n) {
     return index;
 }
 
+// Largest share of its error bound that a statistic's difference from the
+// recipe used, over every call of largestDifference.
+double worstShareOfBound = 0.0;
+
 // Largest difference between kernel and matrix recipe over `permutations`
-// shuffles (the first one is the identity).
+// shuffles (the first one is the identity). Every difference must lie within
+// the kernel's error bound.
 double largestDifference(const std::vector<double>& x, const std::vector<double>& y, int permutations,
                          std::uint32_t seed) {
     DistanceCorrPermutationKernel kernel(x, y);
@@ -42,6 +47,10 @@ double largestDifference(const std::vector<double>& x, const std::vector<double>
         EXPECT_LE(fast.value, 1.0);
         if (fast.exact) {
             EXPECT_EQ(fast.value, expected);
+        } else {
+            const double bound = kernel.c0() + kernel.c1() * fast.value;
+            EXPECT_LE(std::fabs(fast.value - expected), bound) << "n=" << x.size();
+            worstShareOfBound = std::max(worstShareOfBound, std::fabs(fast.value - expected) / bound);
         }
         worst = std::max(worst, std::fabs(fast.value - expected));
     }
@@ -102,6 +111,64 @@ TEST(DistanceCorrPermutationKernel, BothPrecisionsMatchMatrixRecipe) {
     }
 }
 
+TEST(DistanceCorrPermutationKernel, ErrorBoundHoldsOnIllConditionedData) {
+    // Far from zero, one huge outlier, clustered values with a lone
+    // straggler, very different scales in the two columns, a variance just
+    // above the zero threshold: the kernel either declines or stays within
+    // its bound of the recipe.
+    std::mt19937_64 rng(404);
+    std::normal_distribution<double> normal(0.0, 1.0);
+    std::size_t checked = 0;
+    for (std::size_t n : {3, 8, 30, 90, 200}) {
+        for (int shape = 0; shape < 7; ++shape) {
+            std::vector<double> x(n);
+            std::vector<double> y(n);
+            for (std::size_t i = 0; i < n; ++i) {
+                const double z = normal(rng);
+                const double w = normal(rng);
+                switch (shape) {
+                    case 0:
+                        x[i] = 1e9 + z;
+                        y[i] = -3e12 + 1e3 * w;
+                        break;
+                    case 1:
+                        x[i] = i == 0 ? 1e8 : z;
+                        y[i] = i == n - 1 ? -1e8 : w + z;
+                        break;
+                    case 2:
+                        x[i] = i == 1 ? 1.0 : 1e-9 * z;
+                        y[i] = z * z + w;
+                        break;
+                    case 3:
+                        x[i] = 1e-3 * z;
+                        y[i] = 1e40 * (z + w);
+                        break;
+                    case 4:
+                        x[i] = 2.1e-4 * (i % 2);
+                        y[i] = w;
+                        break;  // dVar just above 1e-8
+                    case 5:
+                        x[i] = 1e60 * z;
+                        y[i] = 1e60 * std::fabs(z + 0.1 * w);
+                        break;
+                    default:
+                        x[i] = std::round(4 * z) * 1e-2;
+                        y[i] = std::round(z + w);
+                        break;
+                }
+            }
+            DistanceCorrPermutationKernel kernel(x, y);
+            if (!kernel.usable() || kernel.alwaysZero()) continue;
+            largestDifference(x, y, 10, static_cast<std::uint32_t>(rng()));
+            ++checked;
+        }
+    }
+    EXPECT_GE(checked, 25u);
+    char text[32];
+    std::snprintf(text, sizeof text, "%.3e", worstShareOfBound);
+    RecordProperty("worst_share_of_bound", text);
+}
+
 TEST(DistanceCorrPermutationKernel, ThreeCasesByHand) {
     // x = (1,2,3) against y = (1,3,2): sum A.B = 252/81, sum A^2 = sum B^2 = 360/81,
     // so the statistic is 252/360 = 0.7. Unpermuted y = x gives 1.
@@ -137,8 +204,8 @@ TEST(DistanceCorrPermutationKernel, ConstantColumnsGiveExactZero) {
     const std::vector<double> constant(40, -2.5);
     std::mt19937 engine(5);
     std::vector<std::size_t> index = identity(40);
-    for (const auto& columns : {std::make_pair(varying, constant), std::make_pair(constant, varying),
-                                std::make_pair(constant, constant)}) {
+    for (const auto& columns :
+         {std::make_pair(varying, constant), std::make_pair(constant, varying), std::make_pair(constant, constant)}) {
         DistanceCorrPermutationKernel kernel(columns.first, columns.second);
         ASSERT_TRUE(kernel.usable());
         for (int t = 0; t < 5; ++t) {

@@ -129,8 +129,8 @@ struct Outcome {
 inline double round4(double x) { return std::round(x * 10000.0) / 10000.0; }
 
 // p-value (share of statistics >= observed) and the percentile interval read
-// from the partially ordered vector, all rounded to 4 decimals.
-inline Outcome outcome(std::vector<double> stats, double observed, double alpha) {
+// from the partially ordered vector, unrounded.
+inline Outcome rawOutcome(std::vector<double> stats, double observed, double alpha) {
     if (stats.empty()) return {0.0, 0.0, 0.0};
     const Selection s = selection(alpha, stats.size());
     std::nth_element(stats.begin(), stats.begin() + static_cast<std::ptrdiff_t>(s.low), stats.end());
@@ -141,7 +141,39 @@ inline Outcome outcome(std::vector<double> stats, double observed, double alpha)
     std::size_t count = 0;
     for (double v : stats)
         if (v >= observed) ++count;
-    return {round4(static_cast<double>(count) / static_cast<double>(stats.size())), round4(lower), round4(upper)};
+    return {static_cast<double>(count) / static_cast<double>(stats.size()), lower, upper};
+}
+
+// The same, rounded to 4 decimals as the records hold them.
+inline Outcome outcome(std::vector<double> stats, double observed, double alpha) {
+    const Outcome raw = rawOutcome(std::move(stats), observed, alpha);
+    return {round4(raw.pValue), round4(raw.lower), round4(raw.upper)};
+}
+
+// The whole permutation test of the procedure, written out: for p columns the
+// pairs (0,1), (0,2), ..., (1,2), ...; in each the later column is shuffled
+// N times with the pair's next N * (n - 1) numbers of one MT19937 stream
+// seeded with the low 32 bits of the seed, the statistic computed against the
+// earlier column's centred matrix, and the unrounded outcome taken.
+inline std::vector<Outcome> permutationTest(const std::vector<std::vector<double>>& columns,
+                                            const std::vector<double>& observed, std::uint64_t seed,
+                                            std::uint64_t permutations, double alpha) {
+    std::mt19937 engine(static_cast<std::uint32_t>(seed & 0xFFFFFFFFULL));
+    std::vector<Outcome> outcomes;
+    std::size_t k = 0;
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        const Matrix a = centred(columns[i]);
+        for (std::size_t j = i + 1; j < columns.size(); ++j, ++k) {
+            std::vector<std::size_t> index(columns[j].size());
+            std::vector<double> stats(permutations);
+            for (double& s : stats) {
+                shuffle(index, engine);
+                s = statistic(a, permuted(columns[j], index));
+            }
+            outcomes.push_back(rawOutcome(stats, observed[k], alpha));
+        }
+    }
+    return outcomes;
 }
 
 }  // namespace literal

@@ -1,7 +1,7 @@
 // The shared permuted sums give DISTANCE CORRELATION's permuted statistic bit
 // for bit when its kernel's rules are applied on top of them (usable data,
-// the 1e-8 zero threshold with its band, the conditioning limit, the clamp),
-// and S1, S2 agree with the literal sums for any permutation.
+// the error bound's zero threshold and limits, the conditioning limit, the
+// clamp), and S1, S2 agree with the literal sums for any permutation.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -10,36 +10,51 @@
 #include <random>
 #include <vector>
 
+#include "DistanceCorrPermutationErrorBound.h"
 #include "DistanceCorrPermutationKernel.h"
 #include "PermutationStream.h"
 #include "PermutedCrossSums.h"
 
 namespace {
 
-// DISTANCE CORRELATION's permuted statistic rebuilt from the shared sums.
+// DISTANCE CORRELATION's permuted statistic rebuilt from the shared sums
+// with its kernel's rules: the error bound decides whether the data can be
+// used and on which side of the zero threshold the variances fall, and the
+// sweep stays in long double where double would dominate the bound.
 struct SharedKernel {
     PermutedCrossSums sums;
     bool zero = false;
     bool usable = true;
     long double normaliser = 0;
 
+    static long double rangeOf(const std::vector<double>& v) {
+        const auto [low, high] = std::minmax_element(v.begin(), v.end());
+        return (static_cast<long double>(*high) - *low) * (1 + 1e-15L);
+    }
+
     SharedKernel(const std::vector<double>& x, const std::vector<double>& y) : sums(x, y) {
+        using Bound = DistanceCorrPermutationErrorBound;
         const long double cells = static_cast<long double>(x.size()) * x.size();
-        const auto classify = [](long double v) {
-            const long double limit = DistanceCorrPermutationKernel::kZeroVariance;
-            return v > limit * (1 + 1e-6L) ? 1 : v < limit * (1 - 1e-6L) ? 0 : -1;
-        };
-        const int cx = classify(sums.fixedSquares() / cells);
-        const int cy = classify(sums.shuffledSquares() / cells);
-        if (cx < 0 || cy < 0) {
+        const Bound::Column cx{rangeOf(x), sums.fixedExtreme(), sums.fixedSquares()};
+        const Bound::Column cy{rangeOf(y), sums.shuffledExtreme(), sums.shuffledSquares()};
+        bool precise = !(cx.extreme * cy.extreme * cells <=
+                         DistanceCorrPermutationKernel::kDoubleConditionLimit * std::sqrt(cx.squares * cy.squares));
+        Bound bound(x.size(), cx, cy, !precise);
+        if (!precise && bound.doubleSweepShare() > DistanceCorrPermutationKernel::kDoubleSweepShareLimit) {
+            precise = true;
+            bound = Bound(x.size(), cx, cy, false);
+        }
+        if (!bound.inRange()) {
             usable = false;
             return;
         }
-        zero = cx == 0 || cy == 0;
+        zero = bound.fixedVariance() == Bound::Variance::Zero || bound.shuffledVariance() == Bound::Variance::Zero;
         if (zero) return;
+        if (!bound.trusted()) {
+            usable = false;
+            return;
+        }
         normaliser = std::sqrt(sums.fixedSquares() * sums.shuffledSquares());
-        const bool precise = sums.fixedExtreme() * sums.shuffledExtreme() * cells >
-                             DistanceCorrPermutationKernel::kDoubleConditionLimit * normaliser;
         if (!precise) sums.useDoubleSweep();
     }
 

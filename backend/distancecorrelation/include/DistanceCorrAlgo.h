@@ -118,9 +118,6 @@ public:
                                std::size_t index = kDerivePosition) const;
 
     // The steps of the permutation test shared with its fast path.
-    // One permutation of the case numbers: Fisher-Yates from the back with a
-    // plain remainder of each raw 32-bit draw.
-    static void shuffleCases(std::vector<std::size_t>& index, std::mt19937& engine);
     // Positions (low, high) of the two selections over count statistics.
     static std::pair<std::size_t, std::size_t> selectionIndices(double alpha, std::size_t count);
     // The percentile at position k of size partially ordered values, from the

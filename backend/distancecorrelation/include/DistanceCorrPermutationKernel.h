@@ -1,7 +1,10 @@
 #pragma once
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <vector>
+
+#include "PermutedCrossSums.h"
 
 // The permuted distance correlation of one variable pair in O(n log n) per
 // permutation instead of rebuilding and centring an n x n matrix.
@@ -10,9 +13,9 @@
 // the two double-centred matrices is
 //     S1 - 2 S2 / n + S3 / n^2,
 //     S1 = sum_ij a_ij b_ij,  S2 = sum_i a_i. b_i.,  S3 = a.. b..
-// Row sums come from one sort and prefix sums; under a permutation the row
-// sums of y move with y, so S2 is a dot product and S3 does not change.
-// S1 is swept in x order with Fenwick trees over the ranks of y. The sum of
+// The sums are the shared PermutedCrossSums: row sums from one sort and
+// prefix sums, S2 a dot product (the row sums of y move with y), S3 fixed,
+// S1 swept in x order with a Fenwick tree over the ranks of y. The sum of
 // squares of the centred y matrix does not depend on the permutation either.
 // The sums run around the columns' means, in double precision (four lanes,
 // vectorized where the processor allows) when the data are well conditioned
@@ -51,7 +54,8 @@ public:
     bool alwaysZero() const { return zeroStatistic_; }
 
     // Statistic of the fixed column against the shuffled column permuted by
-    // index: case u takes the shuffled value of case index[u].
+    // index: case u takes the shuffled value of case index[u]. A copy of the
+    // kernel sweeps on its own, so each thread can use one.
     Statistic evaluate(const std::vector<std::size_t>& index);
 
     // |evaluate(index).value - recipe value| <= c0() + c1() * value for an
@@ -60,42 +64,13 @@ public:
     double c1() const { return c1_; }
 
 private:
-    // Fenwick tree node over the ranks of y: count and the sums of x, y, x*y.
-    struct Node {
-        long double count = 0;
-        long double x = 0;
-        long double y = 0;
-        long double xy = 0;
-    };
-
-    // Row sums of the distance matrix of values given in ascending order.
-    static std::vector<long double> sortedRowSums(const std::vector<long double>& sorted);
-    // n^2 times the distance variance, from ascending values and row sums.
-    static long double centredSumOfSquares(const std::vector<long double>& sorted,
-                                           const std::vector<long double>& rowSums);
-
-    long double sweepPrecise(const std::vector<std::size_t>& index);
-
     std::size_t n_ = 0;
     bool usable_ = true;
     bool zeroStatistic_ = false;
     bool precise_ = false;
     double c0_ = 0;
     double c1_ = 0;
-
-    std::vector<std::size_t> xOrder_;    // cases in ascending x
-    std::vector<long double> xSorted_;   // x in that order, centred
-    std::vector<long double> xRowSums_;  // a_i. in case order
-    std::vector<std::uint32_t> yRank_;   // 1-based dense rank of y, case order
-    std::vector<long double> yCentred_;  // y in case order, centred
-    std::vector<long double> yRowSums_;  // b_i. in case order
-    long double s3_ = 0;                 // a.. b..
-    long double normaliser_ = 0;         // sqrt of both centred sums of squares
-    std::vector<Node> tree_;
-
-    // The same columns in double for the well-conditioned sweep; its tree
-    // holds four lanes (count, x, y, x*y) per node.
-    std::vector<double> xSortedD_;
-    std::vector<double> yCentredD_;
-    std::vector<double> laneTree_;
+    long double normaliser_ = 0;  // sqrt of both centred sums of squares
+    // S1, S2 and S3 of a permutation (only when the statistics need them).
+    std::optional<PermutedCrossSums> sums_;
 };

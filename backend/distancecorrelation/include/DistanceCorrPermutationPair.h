@@ -1,10 +1,10 @@
 #pragma once
 #include <cstddef>
 #include <cstdint>
-#include <random>
 #include <vector>
 
 #include "DistanceCorrPermutationSelection.h"
+#include "PermutationStream.h"
 
 // The permutation test of one variable pair: its N permuted statistics, the
 // p-value and the percentile interval, unrounded and bit for bit those of the
@@ -39,16 +39,16 @@ public:
 
     // Runs the pair on the next N * (n - 1) numbers of stream, which it
     // leaves after them.
-    Outcome run(std::mt19937& stream, double observed);
+    Outcome run(PermutationStream& stream, double observed);
 
     // How the last run went (tests and benchmarks).
     bool usedKernel() const { return usedKernel_; }
     std::size_t recomputed() const { return recomputed_; }
 
 private:
-    Outcome runRecipe(std::mt19937& stream, double observed);
+    Outcome runRecipe(PermutationStream& stream, double observed);
     // Kernel and selection; false when the selection gave up.
-    bool runKernel(std::mt19937& stream, double observed, Outcome& outcome);
+    bool runKernel(PermutationStream& stream, double observed, Outcome& outcome);
 
     const Matrix& centredX_;
     const std::vector<double>& fixed_;

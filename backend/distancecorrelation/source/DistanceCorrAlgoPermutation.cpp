@@ -2,22 +2,14 @@
 #include <cmath>
 #include <limits>
 #include <numeric>
-#include <random>
 #include <stdexcept>
 #include <utility>
 
 #include "DistanceCorrAlgo.h"
 #include "DistanceCorrPermutationPair.h"
+#include "PermutationStream.h"
 
 namespace {
-
-// The seed and the iteration count arrive as non-negative numbers; truncate
-// them, saturating outside the unsigned 64-bit range (NaN counts as 0).
-std::uint64_t truncateToUnsigned(double value) {
-    if (!(value > 0.0)) return 0;
-    if (value >= 18446744073709551616.0) return std::numeric_limits<std::uint64_t>::max();
-    return static_cast<std::uint64_t>(value);
-}
 
 // Truncates a position in [0, size - 1]; only an out-of-range significance
 // level could push it outside.
@@ -47,17 +39,6 @@ DistanceCorrPermutationPair::Method methodFor(DistanceCorrAlgo::PermutationStati
 
 }  // namespace
 
-void DistanceCorrAlgo::shuffleCases(std::vector<std::size_t>& index, std::mt19937& engine) {
-    std::iota(index.begin(), index.end(), std::size_t{0});
-    const std::size_t n = index.size();
-    for (std::size_t s = 0; s + 1 < n; ++s) {
-        const std::size_t m = n - 1 - s;
-        const auto r = static_cast<std::uint32_t>(engine());
-        const std::size_t q = r % (m + 1);
-        std::swap(index[m], index[q]);
-    }
-}
-
 std::pair<std::size_t, std::size_t> DistanceCorrAlgo::selectionIndices(double alpha, std::size_t count) {
     const std::size_t low = truncateToIndex(alpha / 2 * static_cast<double>(count - 1), count);
     const std::size_t high = std::max(low, truncateToIndex((1 - alpha / 2) * static_cast<double>(count - 1), count));
@@ -67,11 +48,11 @@ std::pair<std::size_t, std::size_t> DistanceCorrAlgo::selectionIndices(double al
 void DistanceCorrAlgo::permutationTest(const Matrix& data, const std::vector<double>& observed,
                                        const std::vector<Matrix>& centered) {
     const auto& criteria = settings_.criteriaSettings();
-    const std::uint64_t iterations = truncateToUnsigned(criteria.get_permMaxIterations());
+    const std::uint64_t iterations = PermutationStream::wholeNumber(criteria.get_permMaxIterations());
     const std::uint64_t p = data.size();
     const std::size_t n = data.empty() ? 0 : data[0].size();
     const std::uint64_t pairs = p * (p - 1) / 2;
-    const std::uint64_t seed = truncateToUnsigned(criteria.get_permSeed());
+    const std::uint64_t seed = PermutationStream::wholeNumber(criteria.get_permSeed());
     const double alpha = criteria.get_permSigLevel();
 
     if (observed.size() != pairs || results_.size() != pairs) {
@@ -87,7 +68,7 @@ void DistanceCorrAlgo::permutationTest(const Matrix& data, const std::vector<dou
     // same numbers as drawing all pairs' numbers up front, without holding
     // them. A pair's numbers are fixed by their position in the stream, so
     // pairs could equally run apart from their own starting states.
-    std::mt19937 engine(static_cast<std::uint32_t>(seed & 0xFFFFFFFFULL));
+    PermutationStream engine(seed);
     permutationOutcomes_.assign(pairs, PermutationOutcome{});
 
     for (std::uint64_t k = 0; k < pairs; ++k) {
@@ -106,7 +87,7 @@ void DistanceCorrAlgo::permutationTest(const Matrix& data, const std::vector<dou
             std::vector<double> permuted(n);
             std::vector<double> statistics(iterations);
             for (std::uint64_t t = 0; t < iterations; ++t) {
-                shuffleCases(index, engine);
+                engine.shuffle(index);
                 for (std::size_t u = 0; u < n; ++u) permuted[u] = data[j][index[u]];
                 statistics[t] = computeDistanceCorrelation(centered[i], permuted, buffers.distanceMatrix,
                                                            buffers.rowMeans, buffers.colMeans, buffers.centeredMatrix);

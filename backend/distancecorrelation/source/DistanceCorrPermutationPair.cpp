@@ -52,7 +52,7 @@ DistanceCorrPermutationPair::DistanceCorrPermutationPair(const Matrix& centredX,
       alpha_(alpha),
       method_(method) {}
 
-DistanceCorrPermutationPair::Outcome DistanceCorrPermutationPair::run(std::mt19937& stream, double observed) {
+DistanceCorrPermutationPair::Outcome DistanceCorrPermutationPair::run(PermutationStream& stream, double observed) {
     usedKernel_ = false;
     recomputed_ = 0;
     // No statistics: p-value and bounds stay 0.
@@ -60,7 +60,7 @@ DistanceCorrPermutationPair::Outcome DistanceCorrPermutationPair::run(std::mt199
     const bool tryKernel =
         method_ == Method::Kernel || (method_ == Method::Automatic && shuffled_.size() >= kKernelFromCases);
     if (tryKernel) {
-        const std::mt19937 start = stream;
+        const PermutationStream start = stream;
         Outcome outcome;
         if (runKernel(stream, observed, outcome)) return outcome;
         // Declined, or too many statistics in doubt: the pair's numbers again.
@@ -69,13 +69,13 @@ DistanceCorrPermutationPair::Outcome DistanceCorrPermutationPair::run(std::mt199
     return runRecipe(stream, observed);
 }
 
-DistanceCorrPermutationPair::Outcome DistanceCorrPermutationPair::runRecipe(std::mt19937& stream, double observed) {
+DistanceCorrPermutationPair::Outcome DistanceCorrPermutationPair::runRecipe(PermutationStream& stream, double observed) {
     const std::size_t n = shuffled_.size();
     DistanceCorrPermutationLiteral literal(centredX_, shuffled_);
     std::vector<double> statistics(permutations_);
     LiteralBatch batch(literal, n);
     for (std::uint64_t t = 0; t < permutations_; ++t) {
-        DistanceCorrAlgo::shuffleCases(batch.next(), stream);
+        stream.shuffle(batch.next());
         if (batch.full() || t + 1 == permutations_) batch.flush(&statistics[t + 1 - batch.size()]);
     }
     std::pair<double, double> interval(0.0, 0.0);
@@ -83,7 +83,7 @@ DistanceCorrPermutationPair::Outcome DistanceCorrPermutationPair::runRecipe(std:
     return {pValue, interval.first, interval.second};
 }
 
-bool DistanceCorrPermutationPair::runKernel(std::mt19937& stream, double observed, Outcome& outcome) {
+bool DistanceCorrPermutationPair::runKernel(PermutationStream& stream, double observed, Outcome& outcome) {
     const std::size_t n = shuffled_.size();
     // Checks the fixed matrix's shape as the recipe does.
     DistanceCorrPermutationLiteral literal(centredX_, shuffled_);
@@ -93,7 +93,7 @@ bool DistanceCorrPermutationPair::runKernel(std::mt19937& stream, double observe
 
     if (kernel.alwaysZero()) {
         std::vector<double> statistics(permutations_, 0.0);
-        for (std::uint64_t t = 0; t < permutations_; ++t) stream.discard(n - 1);
+        stream.skip(permutations_, n);
         std::pair<double, double> interval(0.0, 0.0);
         outcome.pValue = DistanceCorrAlgo::selectAndCount(observed, alpha_, statistics, interval);
         outcome.lower = interval.first;
@@ -104,20 +104,20 @@ bool DistanceCorrPermutationPair::runKernel(std::mt19937& stream, double observe
     // The stream is saved every stride permutations, so that a statistic to
     // be recomputed is drawn again from the nearest save.
     const std::uint64_t stride = (permutations_ - 1) / kCheckpoints + 1;
-    std::vector<std::mt19937> saved;
+    std::vector<PermutationStream> saved;
     saved.reserve(static_cast<std::size_t>((permutations_ - 1) / stride + 1));
     DistanceCorrPermutationSelection selection(permutations_, alpha_, kernel.c0(), kernel.c1());
     std::vector<std::size_t> index(n);
     for (std::uint64_t t = 0; t < permutations_; ++t) {
         if (t % stride == 0) saved.push_back(stream);
-        DistanceCorrAlgo::shuffleCases(index, stream);
+        stream.shuffle(index);
         selection.setApproximate(t, kernel.evaluate(index).value);
     }
 
     LiteralBatch batch(literal, n);
     const auto recompute = [&](const std::vector<std::uint64_t>& wanted, std::vector<double>& values) {
         values.assign(wanted.size(), 0.0);
-        std::mt19937 cursor;
+        PermutationStream cursor = saved.front();
         std::uint64_t at = std::numeric_limits<std::uint64_t>::max();  // permutation the cursor draws next
         for (std::size_t m = 0; m < wanted.size(); ++m) {
             const std::uint64_t t = wanted[m];
@@ -126,8 +126,8 @@ bool DistanceCorrPermutationPair::runKernel(std::mt19937& stream, double observe
                 cursor = saved[static_cast<std::size_t>(save)];
                 at = save * stride;
             }
-            cursor.discard(static_cast<unsigned long long>(t - at) * (n - 1));
-            DistanceCorrAlgo::shuffleCases(batch.next(), cursor);
+            cursor.skip(t - at, n);
+            cursor.shuffle(batch.next());
             at = t + 1;
             if (batch.full() || m + 1 == wanted.size()) batch.flush(&values[m + 1 - batch.size()]);
         }

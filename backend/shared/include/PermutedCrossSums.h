@@ -28,6 +28,9 @@ public:
     // The largest distance of a value from its column's mean.
     long double fixedExtreme() const;
     long double shuffledExtreme() const;
+    // Largest minus smallest value of each column (not rounded).
+    long double fixedRange() const { return xRange_; }
+    long double shuffledRange() const { return yRange_; }
 
     // The sweep in double from now on (for well-conditioned data).
     void useDoubleSweep();
@@ -50,6 +53,8 @@ private:
     long double s3_ = 0;
     long double xSquares_ = 0;
     long double ySquares_ = 0;
+    long double xRange_ = 0;
+    long double yRange_ = 0;
     std::vector<FenwickCrossSweep::Node> tree_;
 
     bool double_ = false;

@@ -1,5 +1,6 @@
 #include "PermutationStream.h"
 
+#include <algorithm>
 #include <limits>
 #include <numeric>
 #include <utility>
@@ -20,7 +21,13 @@ void PermutationStream::shuffle(std::vector<std::size_t>& index) {
 void PermutationStream::skip(std::uint64_t permutations, std::size_t n) {
     if (n < 2) return;
     const unsigned long long perPermutation = n - 1;
-    for (std::uint64_t t = 0; t < permutations; ++t) engine_.discard(perPermutation);
+    // As few calls as the count allows without overflowing the draw count.
+    const unsigned long long most = std::numeric_limits<unsigned long long>::max() / perPermutation;
+    while (permutations > 0) {
+        const unsigned long long now = std::min<unsigned long long>(permutations, most);
+        engine_.discard(now * perPermutation);
+        permutations -= now;
+    }
 }
 
 std::uint64_t PermutationStream::wholeNumber(double value) {

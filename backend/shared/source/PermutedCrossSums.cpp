@@ -34,6 +34,10 @@ long double largestMagnitude(const std::vector<long double>& values) {
     return extreme;
 }
 
+long double rangeOf(const std::vector<double>& values, const std::vector<std::size_t>& ascending) {
+    return static_cast<long double>(values[ascending.back()]) - values[ascending.front()];
+}
+
 }  // namespace
 
 PermutedCrossSums::PermutedCrossSums(const std::vector<double>& fixedColumn, const std::vector<double>& shuffledColumn)
@@ -42,12 +46,14 @@ PermutedCrossSums::PermutedCrossSums(const std::vector<double>& fixedColumn, con
     if (n_ == 0) return;
 
     xOrder_ = ascendingOrder(fixedColumn);
+    xRange_ = rangeOf(fixedColumn, xOrder_);
     xSorted_ = centredInOrder(fixedColumn, xOrder_);
     const std::vector<long double> xSortedRows = DistanceRowSums::ofAscending(xSorted_);
     xRowSums_.resize(n_);
     for (std::size_t k = 0; k < n_; ++k) xRowSums_[xOrder_[k]] = xSortedRows[k];
 
     const std::vector<std::size_t> yOrder = ascendingOrder(shuffledColumn);
+    yRange_ = rangeOf(shuffledColumn, yOrder);
     const std::vector<long double> ySorted = centredInOrder(shuffledColumn, yOrder);
     const std::vector<long double> ySortedRows = DistanceRowSums::ofAscending(ySorted);
     yRank_.resize(n_);

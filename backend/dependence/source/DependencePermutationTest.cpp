@@ -2,24 +2,15 @@
 
 #include <algorithm>
 
+#include "HostServices.h"
 #include "PermutationStream.h"
 #include "WorkerPool.h"
-
-namespace {
-
-WorkerPool* hostPool() {
-    // A host without the service leaves the weak symbol unresolved.
-    WorkerPool* (*const get)() = &GetProcedureWorkerPool;
-    return get != nullptr ? get() : nullptr;
-}
-
-}  // namespace
 
 DependencePermutationTest::DependencePermutationTest(std::uint64_t seed, std::uint64_t replicates)
     : seed_(seed), replicates_(replicates) {}
 
 unsigned DependencePermutationTest::workers() {
-    WorkerPool* pool = hostPool();
+    WorkerPool* pool = HostServices::workerPool();
     return pool != nullptr ? std::max(1u, pool->GetThreadCount()) : 1u;
 }
 
@@ -55,7 +46,7 @@ double DependencePermutationTest::pValue(std::size_t n, double observed, double 
         atLeast[b] = count;
     };
 
-    WorkerPool* pool = hostPool();
+    WorkerPool* pool = HostServices::workerPool();
     if (pool != nullptr && pool->GetThreadCount() > 1 && blocks > 1) {
         pool->Run(blocks, block);
     } else {

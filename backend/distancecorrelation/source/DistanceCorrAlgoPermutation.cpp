@@ -7,7 +7,11 @@
 
 #include "DistanceCorrAlgo.h"
 #include "DistanceCorrPermutationPair.h"
+#include "DistanceCorrPermutationProgress.h"
+#include "DistanceCorrPermutationSchedule.h"
+#include "HostServices.h"
 #include "PermutationStream.h"
+#include "WorkerPool.h"
 
 namespace {
 
@@ -63,50 +67,70 @@ void DistanceCorrAlgo::permutationTest(const Matrix& data, const std::vector<dou
     if (!consistent) throw std::runtime_error("Size mismatch in permutation test");
     if (pairs > 0 && iterations > 0 && n == 0) throw std::runtime_error("Insufficient data points");
 
-    // One worker: the pairs run in order on the calling thread and each
-    // consumes the next N * (n - 1) numbers of the stream as it goes, the
-    // same numbers as drawing all pairs' numbers up front, without holding
-    // them. A pair's numbers are fixed by their position in the stream, so
-    // pairs could equally run apart from their own starting states.
-    PermutationStream engine(seed);
     permutationOutcomes_.assign(pairs, PermutationOutcome{});
+    const auto record = [&](std::size_t k, const PermutationOutcome& outcome) {
+        permutationOutcomes_[k] = outcome;
+        results_[k].pValue = roundToPrecision(outcome.pValue, 4);
+        results_[k].permLower = roundToPrecision(outcome.lower, 4);
+        results_[k].permUpper = roundToPrecision(outcome.upper, 4);
+    };
+    // No statistics: p-values and bounds stay 0.
+    if (pairs == 0 || iterations == 0) {
+        for (std::size_t k = 0; k < pairs; ++k) record(k, PermutationOutcome{});
+        return;
+    }
+    const std::uint64_t total = iterations > std::numeric_limits<std::uint64_t>::max() / pairs ? 0 : pairs * iterations;
+    DistanceCorrPermutationProgress progress(total, HostServices::progressMonitor());
 
-    for (std::uint64_t k = 0; k < pairs; ++k) {
-        std::uint64_t i = 0;
-        std::uint64_t j = 0;
-        triangularIndex(k, i, j, p);
-        // Variable i stays fixed; variable j is shuffled.
-        PermutationOutcome outcome;
-        if (permutationStatistics_ == PermutationStatistics::MatrixRecipe) {
-            ThreadBuffers buffers;
-            sizeSquare(buffers.distanceMatrix, n);
-            sizeSquare(buffers.centeredMatrix, n);
-            buffers.rowMeans.assign(n, 0.0);
-            buffers.colMeans.assign(n, 0.0);
-            std::vector<std::size_t> index(n);
-            std::vector<double> permuted(n);
+    // The pairs draw on one stream, each the next N * (n - 1) numbers after
+    // the pairs before it: the same numbers as drawing all pairs' numbers up
+    // front, without holding them.
+    if (permutationStatistics_ == PermutationStatistics::MatrixRecipe) {
+        // The reference: every statistic by the six-argument function, on
+        // the calling thread.
+        PermutationStream engine(seed);
+        ThreadBuffers buffers;
+        sizeSquare(buffers.distanceMatrix, n);
+        sizeSquare(buffers.centeredMatrix, n);
+        buffers.rowMeans.assign(n, 0.0);
+        buffers.colMeans.assign(n, 0.0);
+        std::vector<std::size_t> index(n);
+        std::vector<double> permuted(n);
+        for (std::uint64_t k = 0; k < pairs; ++k) {
+            const auto [i, j] = triangularIndex(k, p);
             std::vector<double> statistics(iterations);
             for (std::uint64_t t = 0; t < iterations; ++t) {
                 engine.shuffle(index);
                 for (std::size_t u = 0; u < n; ++u) permuted[u] = data[j][index[u]];
                 statistics[t] = computeDistanceCorrelation(centered[i], permuted, buffers.distanceMatrix,
                                                            buffers.rowMeans, buffers.colMeans, buffers.centeredMatrix);
+                progress.add(1);
             }
             std::pair<double, double> interval(0.0, 0.0);
-            outcome.pValue = computeConfidenceIntervalandPValue(observed[k], statistics, interval);
-            outcome.lower = interval.first;
-            outcome.upper = interval.second;
-        } else {
-            DistanceCorrPermutationPair pair(centered[i], data[i], data[j], iterations, alpha,
-                                             methodFor(permutationStatistics_));
-            const DistanceCorrPermutationPair::Outcome o = pair.run(engine, observed[k]);
-            outcome = {o.pValue, o.lower, o.upper};
+            const double pValue = computeConfidenceIntervalandPValue(observed[k], statistics, interval);
+            record(k, PermutationOutcome{pValue, interval.first, interval.second});
         }
-        permutationOutcomes_[k] = outcome;
-        results_[k].pValue = roundToPrecision(outcome.pValue, 4);
-        results_[k].permLower = roundToPrecision(outcome.lower, 4);
-        results_[k].permUpper = roundToPrecision(outcome.upper, 4);
+        return;
     }
+
+    // Pairs, and blocks of a pair's permutations, run on the host's workers
+    // where it offers them; each permutation still uses its own numbers of
+    // the stream, so the results do not depend on the number of threads.
+    WorkerPool* pool = HostServices::workerPool();
+    const unsigned workers = pool != nullptr ? std::max(1u, pool->GetThreadCount()) : 1;
+    const std::uint64_t blocks = DistanceCorrPermutationSchedule::blocksPerPair(pairs, workers);
+    std::vector<DistanceCorrPermutationPair> pairList;
+    pairList.reserve(pairs);
+    for (std::uint64_t k = 0; k < pairs; ++k) {
+        // Variable i stays fixed; variable j is shuffled.
+        const auto [i, j] = triangularIndex(k, p);
+        pairList.emplace_back(centered[i], data[i], data[j], iterations, alpha, methodFor(permutationStatistics_),
+                              blocks);
+    }
+    DistanceCorrPermutationSchedule schedule(pairList, observed, seed, progress);
+    schedule.run(pool, [&](std::size_t k, const DistanceCorrPermutationPair::Outcome& o) {
+        record(k, PermutationOutcome{o.pValue, o.lower, o.upper});
+    });
 }
 
 double DistanceCorrAlgo::computeDistanceCorrelation(const Matrix& centeredX, const std::vector<double>& y,

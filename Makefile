@@ -3,7 +3,7 @@ BUILD ?= build
 JOBS ?= 2
 CMAKE_FLAGS ?= -DDC_WERROR=ON
 
-.PHONY: all deps build demo test asan clang bench clean
+.PHONY: all deps build demo test asan tsan clang bench clean
 
 all: build
 
@@ -27,6 +27,23 @@ asan: deps
 	cmake --build build-asan -j$(JOBS)
 	ctest --test-dir build-asan --output-on-failure -j$(JOBS) -LE browser
 
+# ThreadSanitizer on what runs on several threads: the engine and permutation
+# tests, the shared kernels, DEPENDENCE, the host's worker pool, and distcorr
+# at several thread counts. Each test program runs on its own. Left out: the
+# permutation memory test, whose address-space limits leave no room for the
+# sanitizer's own memory (it skips itself under AddressSanitizer likewise).
+TSAN_TESTS := $(filter-out DistanceCorrAlgoPermutationMemoryTest,$(sort $(basename $(notdir $(wildcard \
+	tests/backend/distancecorrelation/engine/*Test.cpp tests/backend/distancecorrelation/perf/*Test.cpp \
+	tests/backend/shared/*Test.cpp tests/backend/dependence/*Test.cpp))))) \
+	ThreadWorkerPoolTest DistcorrThreadsIdentityTest
+tsan: deps
+	cmake -S . -B build-tsan -DDC_WERROR=ON -DDC_TSAN=ON
+	cmake --build build-tsan -j$(JOBS) --target $(TSAN_TESTS)
+	@for t in $(TSAN_TESTS); do \
+		echo "== $$t"; \
+		TSAN_OPTIONS="halt_on_error=1 second_deadlock_stack=1" build-tsan/bin/$$t --gtest_brief=1 || exit 1; \
+	done
+
 # The suite (all but the browser check) built with Clang, warnings as errors.
 clang: deps
 	CC=clang CXX=clang++ cmake -S . -B build-clang -DDC_WERROR=ON
@@ -37,4 +54,4 @@ bench: build
 	bench/run.sh
 
 clean:
-	rm -rf $(BUILD) build-asan build-clang
+	rm -rf $(BUILD) build-asan build-tsan build-clang

@@ -3,23 +3,31 @@
 // that workload alone; bench/run.sh drives it and prints the table.
 //
 //   DistanceCorrBench data WORKLOAD FILE.csv      write the workload's data
-//   DistanceCorrBench run WORKLOAD [--literal] [--permutations N]
+//   DistanceCorrBench run WORKLOAD [--literal] [--permutations N] [--threads N] [--progress]
 //   DistanceCorrBench measure COMMAND ARGS...     run a program, report its
 //                                                 wall time, CPU time, peak memory
 //
+// --threads N installs a host worker pool of N threads (none for 1), as
+// distcorr --threads does; --progress a progress monitor that counts the
+// updates it receives, as on a terminal.
 // Results are printed as key=value pairs on one line.
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <iostream>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "BenchSupport.h"
+#include "ProgressMonitor.h"
+#include "runner/ProcedureServices.h"
+#include "runner/ThreadWorkerPool.h"
 
 namespace {
 
@@ -56,16 +64,50 @@ Observed observe(DistanceCorrAlgo& algo, Matrix data) {
 
 void print(const std::string& key, double value) { std::printf(" %s=%.6g", key.c_str(), value); }
 
-int run(const bench::Workload& w, bool literal, std::uint64_t permutations) {
+// A monitor that only counts what it receives.
+class CountingMonitor : public ProgressMonitor {
+public:
+    void Begin(const char*, std::uint64_t) override { ++phases; }
+    void Update(std::uint64_t) override { ++updates; }
+    void End() override {}
+    int phases = 0;
+    int updates = 0;
+};
+
+// The host services of one run: a worker pool of `threads` (none for 1) and
+// optionally a progress monitor.
+class Services {
+public:
+    Services(unsigned threads, bool progress) {
+        if (threads > 1) pool_ = std::make_unique<host::ThreadWorkerPool>(threads);
+        host::setWorkerPool(pool_.get());
+        host::setProgressMonitor(progress ? &monitor_ : nullptr);
+    }
+    ~Services() {
+        host::setWorkerPool(nullptr);
+        host::setProgressMonitor(nullptr);
+    }
+    const CountingMonitor& monitor() const { return monitor_; }
+
+private:
+    std::unique_ptr<host::ThreadWorkerPool> pool_;
+    CountingMonitor monitor_;
+};
+
+int run(const bench::Workload& w, bool literal, std::uint64_t permutations, unsigned threads, bool progress) {
     const Matrix data = bench::makeData(w);
+    const Services services(threads, progress);
     const double inputBytes = static_cast<double>(w.variables * w.cases * sizeof(double));
     const double guard = static_cast<double>(DistanceCorrAlgo::calculateMemoryEstimate(w.variables, w.cases, false));
+    const double guardWithTest =
+        static_cast<double>(DistanceCorrAlgo::calculateMemoryEstimate(w.variables, w.cases, permutations > 0));
     const auto how = literal ? DistanceCorrAlgo::PermutationStatistics::MatrixRecipe
                              : DistanceCorrAlgo::PermutationStatistics::Fast;
-    std::printf("workload=%s variables=%zu cases=%zu permutations=%llu literal=%d", w.name.c_str(), w.variables,
-                w.cases, static_cast<unsigned long long>(permutations), literal ? 1 : 0);
+    std::printf("workload=%s variables=%zu cases=%zu permutations=%llu literal=%d threads=%u", w.name.c_str(),
+                w.variables, w.cases, static_cast<unsigned long long>(permutations), literal ? 1 : 0, threads);
     print("input_bytes", inputBytes);
     print("guard_bytes", guard);
+    print("guard_test_bytes", guardWithTest);
 
     // The whole engine, as the procedure runs it.
     {
@@ -95,13 +137,19 @@ int run(const bench::Workload& w, bool literal, std::uint64_t permutations) {
         const Clock clock;
         algo.permutationTest(o.data, o.dCor, o.centred);
         const double cpu = clock.cpuElapsed();
+        const double wall = clock.wallElapsed();
         const double pairs = static_cast<double>(c.results.size());
         print("perm_cpu", cpu);
-        print("perm_wall", clock.wallElapsed());
+        print("perm_wall", wall);
         print("per_pair_perm_us", 1e6 * cpu / (pairs * static_cast<double>(permutations)));
+        print("per_pair_perm_wall_us", 1e6 * wall / (pairs * static_cast<double>(permutations)));
         print("p_first_pair_staged", c.results[0].pValue);
         print("perm_lower_first_pair", c.results[0].permLower);
         print("perm_upper_first_pair", c.results[0].permUpper);
+    }
+    if (progress) {
+        print("progress_phases", services.monitor().phases);
+        print("progress_updates", services.monitor().updates);
     }
     print("peak_bytes", static_cast<double>(bench::peakResidentBytes()));
     std::printf("\n");
@@ -141,7 +189,7 @@ int measure(char** argv) {
 
 int usage() {
     std::cerr << "usage: DistanceCorrBench data WORKLOAD FILE.csv\n"
-                 "       DistanceCorrBench run WORKLOAD [--literal] [--permutations N]\n"
+                 "       DistanceCorrBench run WORKLOAD [--literal] [--permutations N] [--threads N] [--progress]\n"
                  "       DistanceCorrBench measure COMMAND [ARGS...]\n"
                  "workloads:";
     for (const bench::Workload& w : bench::workloads()) std::cerr << " " << w.name;
@@ -163,6 +211,8 @@ int main(int argc, char** argv) {
         }
         if (command != "run") return usage();
         bool literal = false;
+        bool progress = false;
+        unsigned threads = 1;
         std::uint64_t permutations = w.permutations;
         for (int a = 3; a < argc; ++a) {
             const std::string option = argv[a];
@@ -170,11 +220,15 @@ int main(int argc, char** argv) {
                 literal = true;
             } else if (option == "--permutations" && a + 1 < argc) {
                 permutations = std::stoull(argv[++a]);
+            } else if (option == "--threads" && a + 1 < argc) {
+                threads = static_cast<unsigned>(std::max(1ul, std::stoul(argv[++a])));
+            } else if (option == "--progress") {
+                progress = true;
             } else {
                 return usage();
             }
         }
-        return run(w, literal, permutations);
+        return run(w, literal, permutations, threads, progress);
     } catch (const std::exception& e) {
         std::cerr << "DistanceCorrBench: " << e.what() << "\n";
         return 1;

@@ -3,6 +3,10 @@
 #
 #   bench/run.sh [BUILD_DIR]
 #
+# W3, W5 and W5b also run with the host's worker pool (2 threads, and all
+# cores where there are more), alternating with one-thread runs, and the
+# speed-ups are wall-time ratios.
+#
 # BUILD_DIR (default: build-bench in the repository) is configured and the
 # benchmark program, distcorr and the plug-in are built in it. Each workload
 # runs in its own process, so that the peak memory belongs to it alone. The
@@ -127,6 +131,60 @@ echo "W5: per pair per permutation: $(calc "%.1f" "$(value per_pair_perm_us "$w5
 echo "W6: exit $(value exit "$w6"), output document and saved file $(mb "$w6files") MiB"
 echo "W6: $(s3 "$(value wall "$w6")") s wall against dd writing and syncing as many bytes $(s3 "$(value wall "$w6dd")") s: $(awk -v a="$(value wall "$w6")" -v d="$(value wall "$w6dd")" 'BEGIN { if (a == "" || d == "" || d <= 0) { print "not measured"; exit }
     printf "%.2fx (target <= 1.5x): %s\n", a / d, (a / d <= 1.5 ? "met" : "NOT met") }')"
+
+# Threads: W3, W5 and W5b at --threads 1 and at T threads (2, and all cores
+# where there are more), runs alternating so that both see the same load;
+# the fastest wall time of each counts (CPU time does not show a speed-up).
+# wall_best KEY LINE...: the smallest value of KEY among the lines.
+wall_best() { local key=$1; shift; printf '%s\n' "$@" | awk -v k="$key" '{ for (i = 1; i <= NF; ++i) if (index($i, k "=") == 1) { v = substr($i, length(k) + 2) + 0; if (m == "" || v < m) { m = v; line = $0 } } } END { print line }'; }
+# alternate W T RUNS: sets one_engine one_perm many_engine many_perm (lines).
+alternate() {
+    local w=$1 t=$2 runs=$3 ones=() manys=()
+    for ((r = 0; r < runs; ++r)); do
+        ones+=("$("$BENCH" run "$w" --threads 1)")
+        manys+=("$("$BENCH" run "$w" --threads "$t")")
+    done
+    one_engine="$(wall_best engine_wall "${ones[@]}")"; one_perm="$(wall_best perm_wall "${ones[@]}")"
+    many_engine="$(wall_best engine_wall "${manys[@]}")"; many_perm="$(wall_best perm_wall "${manys[@]}")"
+}
+cores="$(nproc)"
+counts=(2); (( cores > 2 )) && counts+=("$cores")
+echo
+echo "Threads (load before: $(cut -d' ' -f1-3 /proc/loadavg)); wall seconds, best of alternating runs (W3 and W5 7 each, W5b 3):"
+trow() { printf '| %-4s | %7s | %12s | %12s | %8s | %12s | %12s | %8s | %12s |\n' "$@"; }
+trow "Work" "Threads" "Engine 1 thr" "Engine T thr" "Speed-up" "Perm. 1 thr" "Perm. T thr" "Speed-up" "Peak MiB (T)"
+trow "----" "-------" "------------" "------------" "--------" "------------" "------------" "--------" "------------"
+declare -A speed perm_speed peak guard
+for t in "${counts[@]}"; do
+    for w in W3 W5 W5b; do
+        runs=7; [[ $w == W5b ]] && runs=3
+        alternate "$w" "$t" "$runs"
+        speed[$w,$t]="$(calc "%.2f" "$(value engine_wall "$one_engine")" "$(value engine_wall "$many_engine")" "a / b")"
+        perm_speed[$w,$t]="$(calc "%.2f" "$(value perm_wall "$one_perm")" "$(value perm_wall "$many_perm")" "a / b")"
+        peak[$w,$t]="$(value peak_bytes "$many_engine")"; guard[$w]="$(value guard_test_bytes "$many_engine")"
+        [[ $w == W3 ]] && w3_many_wall[$t]="$(value engine_wall "$many_engine")"
+        trow "$w" "$t" "$(s3 "$(value engine_wall "$one_engine")")" "$(s3 "$(value engine_wall "$many_engine")")" "${speed[$w,$t]}" \
+            "$(s3 "$(value perm_wall "$one_perm")")" "$(s3 "$(value perm_wall "$many_perm")")" "${perm_speed[$w,$t]}" \
+            "$(mb "${peak[$w,$t]}")"
+    done
+done
+w4many="$(best perm_wall 3 "$BENCH" run W4 --threads "${counts[-1]}" 2>/dev/null)"
+echo "(load after: $(cut -d' ' -f1-3 /proc/loadavg))"
+for w in W5 W5b W3; do
+    target=1.8; [[ $w == W3 ]] && target=1.7
+    echo "$w: whole engine 2 threads against 1 (wall)    $(verdict "${speed[$w,2]}" "$target")"
+    echo "$w: permutation stage 2 threads against 1     $(calc "%.2fx" "${perm_speed[$w,2]}" 1 a)"
+done
+for t in "${counts[@]}"; do
+    for w in W3 W5 W5b; do
+        echo "$w: peak memory at $t threads $(mb "${peak[$w,$t]}") MiB, limit 1.25 x guard = $(mb "$(calc "%.0f" "${guard[$w]}" 1 "1.25 * a")") MiB:" \
+             "$(awk -v p="${peak[$w,$t]}" -v g="${guard[$w]}" 'BEGIN { print (p + 0 <= 1.25 * g ? "met" : "NOT met") }')"
+    done
+    echo "W3: at $t threads, speed-up over energy::dcov.test (its CPU, our wall) $(verdict "$(calc "%.2f" "$(value cpu "$p3")" "${w3_many_wall[$t]}" "a / b")" 25)"
+done
+echo "W4: at ${counts[-1]} threads, per permutation (wall) $(calc "%.1f" "$(value per_pair_perm_wall_us "$w4many")" 1 a) us; against the matrix recipe" \
+     "$(verdict "$(calc "%.1f" "$(value per_pair_perm_us "$w4l")" "$(value per_pair_perm_wall_us "$w4many")" "a / b")" 30)"
+echo
 
 # L1: loading a 1,000,000 x 10 numeric CSV (about 100 MB), load only, best of
 # three; the peer is R's read.csv on the same file (its time inside R, and the

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <stdexcept>
 
+#include "CpuClones.h"
 #include "DistanceCorrAlgo.h"
 
 namespace {
@@ -30,8 +31,8 @@ typedef long long QuadBits __attribute__((vector_size(4 * sizeof(long long))));
 // distance is 0.0, which changes no row sum, so the row sums skip it.
 // Cloned for AVX2, with a plain SSE2 version for any other x86-64; FMA is
 // never enabled.
-__attribute__((target_clones("avx2", "default"))) void literalLanes(std::size_t n, const double* const* aRows,
-                                                                    const double* y, double* rowMeans, double* sums) {
+DC_AVX2_CLONES void literalLanes(std::size_t n, const double* const* aRows, const double* y, double* rowMeans,
+                                 double* sums) {
     const double count = static_cast<double>(n);
     Quad total = {0.0, 0.0, 0.0, 0.0};
     Quad d;

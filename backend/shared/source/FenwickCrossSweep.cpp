@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "CpuClones.h"
+
 namespace {
 
 // Count, x, y and x*y of a Fenwick node side by side, so that one vector
@@ -10,11 +12,9 @@ namespace {
 typedef double Lanes __attribute__((vector_size(4 * sizeof(double))));
 
 // Cloned for AVX2, with a plain SSE2 version for any other x86-64.
-__attribute__((target_clones("avx2", "default"))) double sweepLanes(std::size_t n, const std::size_t* xOrder,
-                                                                    const std::size_t* index,
-                                                                    const std::uint32_t* yRank, const double* xSorted,
-                                                                    const double* yCentred, double* tree,
-                                                                    std::size_t top) {
+DC_AVX2_CLONES double sweepLanes(std::size_t n, const std::size_t* xOrder, const std::size_t* index,
+                                 const std::uint32_t* yRank, const double* xSorted, const double* yCentred,
+                                 double* tree, std::size_t top) {
     std::fill(tree, tree + 4 * (top + 1), 0.0);
     Lanes total = {0, 0, 0, 0};
     double halfS1 = 0;

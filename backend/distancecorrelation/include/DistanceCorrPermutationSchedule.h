@@ -42,8 +42,8 @@ public:
     // pool may be null. Rethrows the first exception of any block.
     void run(WorkerPool* pool, const Finished& finished);
 
-    // Blocks per pair for workers threads and pairs pairs: enough that every
-    // thread gets several.
+    // Blocks per pair for workers threads and pairs pairs: at least 32, and
+    // about 32 per worker where there are few pairs.
     static std::uint64_t blocksPerPair(std::size_t pairs, unsigned workers);
 
 private:

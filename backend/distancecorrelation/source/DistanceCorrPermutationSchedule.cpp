@@ -15,7 +15,9 @@ DistanceCorrPermutationSchedule::DistanceCorrPermutationSchedule(std::vector<Dis
 }
 
 std::uint64_t DistanceCorrPermutationSchedule::blocksPerPair(std::size_t pairs, unsigned workers) {
-    const std::uint64_t wanted = (4 * std::uint64_t{workers} + pairs - 1) / std::max<std::size_t>(pairs, 1);
+    // About 32 blocks per worker: the last one to finish then leaves the
+    // others idle for little time.
+    const std::uint64_t wanted = (32 * std::uint64_t{workers} + pairs - 1) / std::max<std::size_t>(pairs, 1);
     return std::max(DistanceCorrPermutationPair::kCheckpoints, wanted);
 }
 

@@ -64,8 +64,8 @@ public:
 
     // centredX: the fixed variable's centred matrix (n x n) from the observed
     // statistics, fixed its column, shuffled the column that is permuted.
-    // blocks: how many blocks to cut the permutations into (at least
-    // kCheckpoints are used).
+    // blocks: how many blocks are wanted (kCheckpoints at least); each holds
+    // a multiple of four permutations, so few permutations make fewer.
     DistanceCorrPermutationPair(const Matrix& centredX, const std::vector<double>& fixed,
                                 const std::vector<double>& shuffled, std::uint64_t permutations, double alpha,
                                 Method method, std::uint64_t blocks = kCheckpoints);
@@ -76,7 +76,7 @@ public:
 
     std::size_t cases() const { return shuffled_->size(); }
     std::uint64_t permutations() const { return permutations_; }
-    // Blocks of blockSize() permutations, the last one possibly shorter; none
+    // Blocks of equally many permutations, the last one possibly shorter; none
     // without permutations.
     std::uint64_t blockCount() const;
     std::uint64_t blockLength(std::uint64_t block) const;

@@ -5,7 +5,8 @@
 
 thread_local DistanceCorrAlgo::ThreadBuffers DistanceCorrAlgo::threadBuffers;
 
-DistanceCorrAlgo::DistanceCorrAlgo(const DistanceCorrInputSettings& settings, std::vector<DistanceCorrResult>& results,
+DistanceCorrAlgo::DistanceCorrAlgo(const DistanceCorrInputSettings& settings,
+                                   std::vector<DistanceCorrResult>& results,
                                    std::vector<DistanceCorrDescriptiveResult>& descriptives,
                                    DistanceCorrCommonData& common)
     : settings_(settings), results_(results), descriptives_(descriptives), common_(common) {
@@ -71,8 +72,12 @@ std::uint64_t DistanceCorrAlgo::calculateMemoryEstimate(std::uint64_t variables,
     return base + extra;
 }
 
-bool DistanceCorrAlgo::exceedsMemoryLimit(std::uint64_t estimatedBytes) { return estimatedBytes > kMemoryLimitBytes; }
+bool DistanceCorrAlgo::exceedsMemoryLimit(std::uint64_t estimatedBytes) {
+    return estimatedBytes > kMemoryLimitBytes;
+}
 
-void DistanceCorrAlgo::fillCommonDataForOutputTable(std::vector<double>& idValues) { common_.idValues = idValues; }
+void DistanceCorrAlgo::fillCommonDataForOutputTable(std::vector<double>& idValues) {
+    common_.idValues = idValues;
+}
 
 int DistanceCorrAlgo::get_optimal_threads(int requested) const { return std::min(requested, 1); }

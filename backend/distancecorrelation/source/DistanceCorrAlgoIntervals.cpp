@@ -13,9 +13,9 @@ namespace {
 
 // Spelled out so that a quantile at probability 0 or 1 always throws
 // (std::overflow_error), whatever the build-wide Boost defaults are.
-using QuantilePolicy =
-    boost::math::policies::policy<boost::math::policies::overflow_error<boost::math::policies::throw_on_error>,
-                                  boost::math::policies::domain_error<boost::math::policies::throw_on_error>>;
+using QuantilePolicy = boost::math::policies::policy<
+    boost::math::policies::overflow_error<boost::math::policies::throw_on_error>,
+    boost::math::policies::domain_error<boost::math::policies::throw_on_error>>;
 using StandardNormal = boost::math::normal_distribution<double, QuantilePolicy>;
 
 }  // namespace

@@ -53,7 +53,8 @@ void DistanceCorrAlgo::handleListwiseMissingData(Matrix& data, std::vector<doubl
         for (const auto& column : data) valid = valid && column.size() == data[0].size();
     }
     if (!valid) {
-        throw std::invalid_argument("The selected variable list is empty or does not satisfy the requirements.");
+        throw std::invalid_argument(
+            "The selected variable list is empty or does not satisfy the requirements.");
     }
 
     const std::size_t cases = idValues.size();

@@ -41,7 +41,8 @@ bool allSquare(const std::vector<Matrix>& matrices, std::size_t& n) {
 
 // Row, column and grand means of one square matrix, as calculateRowMean,
 // calculateColumnMean and calculateGlobalMean compute them.
-void calculateMeans(const Matrix& d, std::vector<double>& rowMeans, std::vector<double>& colMeans, double& grandMean) {
+void calculateMeans(const Matrix& d, std::vector<double>& rowMeans, std::vector<double>& colMeans,
+                    double& grandMean) {
     const DistanceCorrRowKernels& k = DistanceCorrRowKernels::instance();
     const std::size_t n = d.size();
     std::vector<double> rowSums(n);
@@ -86,7 +87,8 @@ void DistanceCorrAlgo::performEuclideanDistanceAnalysis(const Matrix& data,
     for (std::size_t v = 0; v < data.size(); ++v) fillDistanceMatrix(data[v], distanceMatrices[v], storage);
 }
 
-void DistanceCorrAlgo::calculateEuclideanDistanceMatrix(const std::vector<double>& values, Matrix& distances) const {
+void DistanceCorrAlgo::calculateEuclideanDistanceMatrix(const std::vector<double>& values,
+                                                        Matrix& distances) const {
     const std::size_t n = values.size();
     if (n == 0) throw std::runtime_error("Insufficient data points");
     DistanceCorrMatrixStorage storage({&distances}, n, n);
@@ -110,7 +112,8 @@ void DistanceCorrAlgo::calculateRowMean(const std::vector<Matrix>& distanceMatri
     }
 }
 
-void DistanceCorrAlgo::calculateColumnMean(const std::vector<Matrix>& distanceMatrices, Matrix& colMeans) const {
+void DistanceCorrAlgo::calculateColumnMean(const std::vector<Matrix>& distanceMatrices,
+                                           Matrix& colMeans) const {
     colMeans.clear();
     colMeans.reserve(distanceMatrices.size());
     for (const auto& matrix : distanceMatrices) {
@@ -146,8 +149,9 @@ double DistanceCorrAlgo::calculateAverageOfMatrix(const Matrix& matrix) const {
     return count == 0 ? 0.0 : total / static_cast<double>(count);
 }
 
-void DistanceCorrAlgo::calculateCenteredMatrix(const std::vector<Matrix>& distanceMatrices, const Matrix& rowMeans,
-                                               const Matrix& colMeans, const std::vector<double>& grandMeans,
+void DistanceCorrAlgo::calculateCenteredMatrix(const std::vector<Matrix>& distanceMatrices,
+                                               const Matrix& rowMeans, const Matrix& colMeans,
+                                               const std::vector<double>& grandMeans,
                                                std::vector<Matrix>& centered) const {
     const std::size_t m = distanceMatrices.size();
     if (m == 0 || rowMeans.size() != m || colMeans.size() != m || grandMeans.size() != m) {
@@ -187,7 +191,8 @@ void DistanceCorrAlgo::calculateDistanceCovariance(const std::vector<Matrix>& ce
     }
 }
 
-double DistanceCorrAlgo::calculatePairDistanceCovariance(const Matrix& a, const Matrix& b, std::uint64_t n) const {
+double DistanceCorrAlgo::calculatePairDistanceCovariance(const Matrix& a, const Matrix& b,
+                                                         std::uint64_t n) const {
     if (a.empty() || b.empty() || a.size() != b.size() || n > a.size()) {
         throw std::runtime_error("Matrix dimension mismatch");
     }
@@ -209,7 +214,8 @@ double DistanceCorrAlgo::calculatePairDistanceCovariance(const Matrix& a, const 
     return sum / static_cast<double>(n * n);
 }
 
-void DistanceCorrAlgo::calculateDistanceVariance(const std::vector<Matrix>& centered, std::vector<double>& dVar) const {
+void DistanceCorrAlgo::calculateDistanceVariance(const std::vector<Matrix>& centered,
+                                                 std::vector<double>& dVar) const {
     dVar.clear();
     dVar.resize(centered.size());
     for (std::size_t k = 0; k < centered.size(); ++k) dVar[k] = calculateVarianceAutoSwitch(centered[k]);
@@ -251,7 +257,8 @@ double DistanceCorrAlgo::calculateMatrixVarianceOptimized(const Matrix& centered
     return total / static_cast<double>(n * n);
 }
 
-void DistanceCorrAlgo::calculateDistanceCorrelation(const std::vector<double>& dCov, const std::vector<double>& dVar,
+void DistanceCorrAlgo::calculateDistanceCorrelation(const std::vector<double>& dCov,
+                                                    const std::vector<double>& dVar,
                                                     std::vector<double>& dCor) const {
     if (dCov.empty() || dVar.empty()) {
         throw std::runtime_error("distCov or distVariance is empty for calculating distance correlation.");
@@ -335,8 +342,8 @@ void DistanceCorrAlgo::computeDistanceCorrelation(const std::vector<Matrix>& dis
     fillResultRecords(distanceMatrices, centered, dCor);
 }
 
-void DistanceCorrAlgo::computeDistanceCorrelation(std::vector<Matrix>&& distanceMatrices, std::vector<Matrix>& centered,
-                                                  std::vector<double>& dCor) {
+void DistanceCorrAlgo::computeDistanceCorrelation(std::vector<Matrix>&& distanceMatrices,
+                                                  std::vector<Matrix>& centered, std::vector<double>& dCor) {
     fillResultRecords(distanceMatrices, centered, dCor);
 }
 

@@ -15,7 +15,8 @@ using UPSpecTypes::UpperBdryOptions;
 
 // The host's enumerations are used by their numbers.
 ParamDescriptor param(const char* name, int spec, bool flag1, bool flag2, int brackets = 0) {
-    return ParamDescriptor(name, static_cast<ParamSpec>(spec), flag1, flag2, static_cast<BracketOptions>(brackets));
+    return ParamDescriptor(name, static_cast<ParamSpec>(spec), flag1, flag2,
+                           static_cast<BracketOptions>(brackets));
 }
 
 ParamDescriptor number(const char* name, double lower, bool hasUpper, double upper) {
@@ -31,7 +32,8 @@ SubComDescriptor subcommand(const char* name, int spec) {
 
 }  // namespace
 
-DistanceCorrCommandDescriber::DistanceCorrCommandDescriber(CommandDescriptor& descriptor) : descriptor_(descriptor) {
+DistanceCorrCommandDescriber::DistanceCorrCommandDescriber(CommandDescriptor& descriptor)
+    : descriptor_(descriptor) {
     message_.SetCommandName("DISTANCE CORRELATION");
     message_.SetProcedureTitle("Distance Correlation");
 }
@@ -49,21 +51,11 @@ unsigned DistanceCorrCommandDescriber::start() {
 
 unsigned DistanceCorrCommandDescriber::setSubCommandDescription(subCommand which) {
     switch (which) {
-        case kGlobal:
-            describeGlobalCommands();
-            return 0;
-        case kId:
-            describeId();
-            return 0;
-        case kCriteria:
-            describeCriteria();
-            return 0;
-        case kPrint:
-            describePrint();
-            return 0;
-        case kPlot:
-            describePlot();
-            return 0;
+        case kGlobal: describeGlobalCommands(); return 0;
+        case kId: describeId(); return 0;
+        case kCriteria: describeCriteria(); return 0;
+        case kPrint: describePrint(); return 0;
+        case kPlot: describePlot(); return 0;
     }
     return 1;
 }

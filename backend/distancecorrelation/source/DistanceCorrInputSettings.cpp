@@ -3,7 +3,8 @@
 #include <exception>
 #include <stdexcept>
 
-DistanceCorrInputSettings::DistanceCorrInputSettings(const CommandSpec& spec, const CommandDescriptor& descriptor,
+DistanceCorrInputSettings::DistanceCorrInputSettings(const CommandSpec& spec,
+                                                     const CommandDescriptor& descriptor,
                                                      const ProcedureDataSource& source)
     : SubCommands(spec, descriptor, source) {}
 
@@ -25,18 +26,14 @@ unsigned DistanceCorrInputSettings::start() {
 
 unsigned DistanceCorrInputSettings::prepareInputSetting(subCommand which) {
     switch (which) {
-        case kGlobal:
-            return get_Subcommand_Global() ? 0 : 1;
-        case kId:
-            return get_SubCommand_ID() ? 0 : 1;
+        case kGlobal: return get_Subcommand_Global() ? 0 : 1;
+        case kId: return get_SubCommand_ID() ? 0 : 1;
         case kCriteria:
             // CRITERIA can never stop the run; its result is ignored on purpose.
             get_Subcommand_Criteria();
             return 0;
-        case kPrint:
-            return get_Subcommand_Print() ? 0 : 1;
-        case kPlot:
-            return get_Subcommand_Plot() ? 0 : 1;
+        case kPrint: return get_Subcommand_Print() ? 0 : 1;
+        case kPlot: return get_Subcommand_Plot() ? 0 : 1;
     }
     return 1;
 }

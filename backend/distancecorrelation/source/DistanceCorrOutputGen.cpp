@@ -35,11 +35,10 @@ std::string _round(double value) {
     return out.str();
 }
 
-DistanceCorrOutputGen::DistanceCorrOutputGen(BpProcedure& procedure, ProcedureDataSource& source,
-                                             const DistanceCorrInputSettings& settings,
-                                             std::vector<DistanceCorrResult>& results,
-                                             std::vector<DistanceCorrDescriptiveResult>& descriptives,
-                                             DistanceCorrCommonData& common)
+DistanceCorrOutputGen::DistanceCorrOutputGen(
+    BpProcedure& procedure, ProcedureDataSource& source, const DistanceCorrInputSettings& settings,
+    std::vector<DistanceCorrResult>& results,
+    std::vector<DistanceCorrDescriptiveResult>& descriptives, DistanceCorrCommonData& common)
     : procedure_(procedure),
       source_(source),
       settings_(settings),
@@ -78,7 +77,8 @@ int DistanceCorrOutputGen::start() {
     generateDistanceMatrix();
 
     int status = 0;
-    if (settings_.plotSettings().get_scatterPlotEnabled()) status = static_cast<int>(generateOutputChart());
+    if (settings_.plotSettings().get_scatterPlotEnabled())
+        status = static_cast<int>(generateOutputChart());
 
     generateOutput(converter);
     return status;
@@ -88,7 +88,8 @@ void DistanceCorrOutputGen::generateOutput(StatJSONConverter& converter) {
     if (generator_) converter.generateOutput(generator_->getProcedureStatJSON());
 }
 
-std::string DistanceCorrOutputGen::getCompositTrans(const std::string& pattern, const std::string& first,
+std::string DistanceCorrOutputGen::getCompositTrans(const std::string& pattern,
+                                                    const std::string& first,
                                                     const std::string& second) const {
     // Both markers are located in the pattern itself, so a replacement that
     // happens to contain a marker is inserted as it is.
@@ -114,7 +115,8 @@ std::string DistanceCorrOutputGen::lookUp(const std::string& key) const {
     return dictionary_ ? dictionary_->LookUp(key) : key;
 }
 
-void DistanceCorrOutputGen::frameTable(Table& table, const std::string& title, int minWidth, int decimals) const {
+void DistanceCorrOutputGen::frameTable(Table& table, const std::string& title, int minWidth,
+                                       int decimals) const {
     table.set_table_title(title);
     table.hide_title(false);
     table.set_min_data_column_width(minWidth);
@@ -122,7 +124,8 @@ void DistanceCorrOutputGen::frameTable(Table& table, const std::string& title, i
     table.set_default_cell_format(kNumberFormat, kCellWidth, decimals);
 }
 
-void DistanceCorrOutputGen::finishTable(Table& table, Descendants* rows, Descendants* columns, Cells* cells) {
+void DistanceCorrOutputGen::finishTable(Table& table, Descendants* rows, Descendants* columns,
+                                        Cells* cells) {
     Dimension* dimension = new Dimension(&table, rows, columns);  // released by the table
     table.set_dimensions(dimension);
     table.set_cells(cells);

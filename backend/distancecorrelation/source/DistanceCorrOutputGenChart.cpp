@@ -29,7 +29,8 @@ unsigned DistanceCorrOutputGen::generateOutputChart() {
     if (xName.empty() || yName.empty()) return 1;
 
     const std::string title = lookUp("Scatter Plot of pairwise distances");
-    std::unique_ptr<DistanceCorrOutputChart> chart(new (std::nothrow) DistanceCorrOutputChart(generator_.get(), title));
+    std::unique_ptr<DistanceCorrOutputChart> chart(
+        new (std::nothrow) DistanceCorrOutputChart(generator_.get(), title));
     if (!chart) return 0;
     chart->setLabel(true, xName);
     chart->setLabel(false, yName);

@@ -21,8 +21,10 @@ const std::size_t kMatrixLimit = 100;
 // integer type can hold are shown as "." rather than as a wrapped number.
 std::string identifierText(double id) {
     const double whole = std::floor(id);
-    if (whole >= 0.0 && whole < 18446744073709551616.0) return std::to_string(static_cast<std::uint64_t>(whole));
-    if (whole < 0.0 && whole >= -9223372036854775808.0) return std::to_string(static_cast<std::int64_t>(whole));
+    if (whole >= 0.0 && whole < 18446744073709551616.0)
+        return std::to_string(static_cast<std::uint64_t>(whole));
+    if (whole < 0.0 && whole >= -9223372036854775808.0)
+        return std::to_string(static_cast<std::int64_t>(whole));
     return ".";
 }
 
@@ -48,10 +50,12 @@ int DistanceCorrOutputGen::generateDistanceMatrix() {
     return 0;
 }
 
-int DistanceCorrOutputGen::generateMatrix2D(const std::vector<std::vector<double>>& matrix, std::string& name) {
+int DistanceCorrOutputGen::generateMatrix2D(const std::vector<std::vector<double>>& matrix,
+                                            std::string& name) {
     if (matrix.empty()) return 1;
 
-    const std::string title = getCompositTrans(lookUp("Distance Matrix for Variable ^1"), name, "");
+    const std::string title =
+        getCompositTrans(lookUp("Distance Matrix for Variable ^1"), name, "");
     std::unique_ptr<Table> table(new (std::nothrow) Table(generator_.get(), lookUp(title)));
     if (!table) return 1;
     frameTable(*table, title, 70, 3);
@@ -62,8 +66,8 @@ int DistanceCorrOutputGen::generateMatrix2D(const std::vector<std::vector<double
     int footnote = 0;
     if (cut) {
         table->addFootnoteRefs(footnote++);
-        table->add_footnote(
-            getCompositTrans(lookUp("First ^1 records are printed."), std::to_string(kMatrixLimit), ""));
+        table->add_footnote(getCompositTrans(lookUp("First ^1 records are printed."),
+                                             std::to_string(kMatrixLimit), ""));
     }
     // Stands on every matrix table, cut or not.
     table->addFootnoteRefs(footnote++);

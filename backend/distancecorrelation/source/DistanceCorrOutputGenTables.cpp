@@ -21,9 +21,11 @@ namespace {
 // range are written in full rather than wrapped.
 std::string replicatesText(double iterations) {
     const double whole = std::floor(iterations);
-    if (whole >= std::numeric_limits<std::int32_t>::min() && whole <= std::numeric_limits<std::int32_t>::max())
+    if (whole >= std::numeric_limits<std::int32_t>::min() &&
+        whole <= std::numeric_limits<std::int32_t>::max())
         return std::to_string(static_cast<std::int32_t>(whole));
-    if (std::isfinite(whole) && std::fabs(whole) < 9.2e18) return std::to_string(static_cast<std::int64_t>(whole));
+    if (std::isfinite(whole) && std::fabs(whole) < 9.2e18)
+        return std::to_string(static_cast<std::int64_t>(whole));
     return std::to_string(whole);
 }
 
@@ -33,7 +35,8 @@ int DistanceCorrOutputGen::generateDescriptiveStatistics() {
     if (!settings_.printSettings().get_details()) return 0;
     if (descriptives_.empty()) return 1;
 
-    std::unique_ptr<Table> table(new (std::nothrow) Table(generator_.get(), "Distance Correlation Details"));
+    std::unique_ptr<Table> table(new (std::nothrow)
+                                     Table(generator_.get(), "Distance Correlation Details"));
     if (!table) return 1;
     frameTable(*table, lookUp("Descriptive Statistics"), 100, 3);
 
@@ -45,15 +48,19 @@ int DistanceCorrOutputGen::generateDescriptiveStatistics() {
 
     columns->set_label(" ");
     columns->setShowLabel(false);
-    for (const char* key : {"Variable", "Label", "N", "Mean", "Std. Deviation", "Minimum", "Maximum"})
+    for (const char* key :
+         {"Variable", "Label", "N", "Mean", "Std. Deviation", "Minimum", "Maximum"})
         columns->addCell(textCell(t, lookUp(key)));
 
     for (std::size_t i = 0; i < descriptives_.size(); ++i) {
         const DistanceCorrDescriptiveResult& d = descriptives_[i];
-        std::vector<Cell*> row{
-            textCell(t, d.varName),  textCell(t, d.varLabel), numberCell(t, static_cast<double>(d.n)),
-            numberCell(t, d.mean),   numberCell(t, d.stdDev), numberCell(t, d.minimum),
-            numberCell(t, d.maximum)};
+        std::vector<Cell*> row{textCell(t, d.varName),
+                               textCell(t, d.varLabel),
+                               numberCell(t, static_cast<double>(d.n)),
+                               numberCell(t, d.mean),
+                               numberCell(t, d.stdDev),
+                               numberCell(t, d.minimum),
+                               numberCell(t, d.maximum)};
         cells->addCells(row);
         rows->addCell(textCell(t, std::to_string(i + 1)));
     }
@@ -66,15 +73,16 @@ int DistanceCorrOutputGen::generateDistanceCorrCoefficients() {
     if (!settings_.printSettings().get_distanceCorrCoefficient()) return 0;
     if (results_.empty()) return 1;
 
-    std::unique_ptr<Table> table(new (std::nothrow) Table(generator_.get(), "Distance Correlation Coefficients"));
+    std::unique_ptr<Table> table(new (std::nothrow)
+                                     Table(generator_.get(), "Distance Correlation Coefficients"));
     if (!table) return 1;
     frameTable(*table, lookUp("Distance Correlation Coefficients"), 100, 4);
 
     const SubCommands::CriteriaSettings& criteria = settings_.criteriaSettings();
     table->addFootnoteRefs(0);
     if (criteria.get_permEnabled()) {
-        table->add_footnote(
-            getCompositTrans(lookUp("Number of Replicates ^1"), replicatesText(criteria.get_permMaxIterations()), ""));
+        table->add_footnote(getCompositTrans(lookUp("Number of Replicates ^1"),
+                                             replicatesText(criteria.get_permMaxIterations()), ""));
     }
     return fillPairTable(*table, false, lookUp("Variable"));
 }
@@ -83,7 +91,8 @@ int DistanceCorrOutputGen::generateSampleEstimates() {
     if (!settings_.printSettings().get_correlationEstimates()) return 0;
     if (results_.empty()) return 1;
 
-    std::unique_ptr<Table> table(new (std::nothrow) Table(generator_.get(), "Distance Correlation Estimation Summary"));
+    std::unique_ptr<Table> table(
+        new (std::nothrow) Table(generator_.get(), "Distance Correlation Estimation Summary"));
     if (!table) return 1;
     frameTable(*table, lookUp("Distance Correlation Estimates"), 100, 4);
     return fillPairTable(*table, true, lookUp("Variable Pair"));
@@ -92,9 +101,10 @@ int DistanceCorrOutputGen::generateSampleEstimates() {
 int DistanceCorrOutputGen::fillPairTable(Table& table, bool withCovariance, const std::string& rowLabel) {
     const SubCommands::CriteriaSettings& criteria = settings_.criteriaSettings();
     const bool perm = criteria.get_permEnabled();
-    const std::string permLabel =
-        getCompositTrans(lookUp("Permutation Confidence Interval ^1"), _round(criteria.get_permSigLevel()), "");
-    const std::string ciLabel = getCompositTrans(lookUp("Confidence Interval ^1"), _round(criteria.get_ciLevel()), "");
+    const std::string permLabel = getCompositTrans(lookUp("Permutation Confidence Interval ^1"),
+                                                   _round(criteria.get_permSigLevel()), "");
+    const std::string ciLabel =
+        getCompositTrans(lookUp("Confidence Interval ^1"), _round(criteria.get_ciLevel()), "");
 
     Table* t = &table;
     Cells* cells = new (std::nothrow) Cells(t);

@@ -41,13 +41,15 @@ std::string _round(double value) {
 // A saved block needs an n x n matrix over the record's n values.
 bool hasSquareMatrix(const DistanceCorrDescriptiveResult& record) {
     const auto& matrix = record.distanceMatrix;
-    return !matrix.empty() && matrix.size() == matrix.front().size() && matrix.size() == record.values.size();
+    return !matrix.empty() && matrix.size() == matrix.front().size() &&
+           matrix.size() == record.values.size();
 }
 
 }  // namespace
 
-DistanceCorrSaveOutFile::DistanceCorrSaveOutFile(const DistanceCorrInputSettings& settings,
-                                                 std::vector<DistanceCorrDescriptiveResult>& descriptives)
+DistanceCorrSaveOutFile::DistanceCorrSaveOutFile(
+    const DistanceCorrInputSettings& settings,
+    std::vector<DistanceCorrDescriptiveResult>& descriptives)
     : settings_(settings), descriptives_(descriptives) {}
 
 DistanceCorrSaveOutFile::~DistanceCorrSaveOutFile() {
@@ -71,7 +73,8 @@ DistanceCorrSaveOutFile::WriterState DistanceCorrSaveOutFile::PrepareDataOutFile
     return state_;
 }
 
-DistanceCorrSaveOutFile::WriterState DistanceCorrSaveOutFile::PrepareNewFile(const UserCaseFileSpec& spec) {
+DistanceCorrSaveOutFile::WriterState DistanceCorrSaveOutFile::PrepareNewFile(
+    const UserCaseFileSpec& spec) {
     try {
         outFile_.reset(new UserOutputCaseFile(spec));
     } catch (const ErrorText&) {
@@ -92,7 +95,8 @@ DistanceCorrSaveOutFile::WriterState DistanceCorrSaveOutFile::PrepareNewFile(con
     return state_;
 }
 
-VELA_Variable DistanceCorrSaveOutFile::AddVariable(std::string& name, std::string& label, int width) {
+VELA_Variable DistanceCorrSaveOutFile::AddVariable(std::string& name, std::string& label,
+                                                   int width) {
     if (dataSource_ == nullptr) return VELA_Variable();
     VELA_Variable variable;
     unsigned int index = 0;
@@ -105,9 +109,10 @@ VELA_Variable DistanceCorrSaveOutFile::AddVariable(std::string& name, std::strin
     } else {
         variable = dataSource_->MakeVariable(0, &index);
         variable.SetName(name);
-        variable.SetFormat(static_cast<VELA_Format::FormatType>(kNumericFormat), kDistanceWidth, kDistanceDecimals);
-        variable.SetWriteFormat(static_cast<VELA_Format::FormatType>(kNumericFormat), kDistanceWidth,
-                                kDistanceDecimals);
+        variable.SetFormat(static_cast<VELA_Format::FormatType>(kNumericFormat), kDistanceWidth,
+                           kDistanceDecimals);
+        variable.SetWriteFormat(static_cast<VELA_Format::FormatType>(kNumericFormat),
+                                kDistanceWidth, kDistanceDecimals);
         variable.SetMeasurementLevel(kScale);
     }
     if (variable && !label.empty()) variable.SetLabel(label);
@@ -132,10 +137,11 @@ DistanceCorrSaveOutFile::WriterState DistanceCorrSaveOutFile::NewFileDictionary(
     std::map<std::string, std::string> labels;  // ordered by row name as text
     bool columnsExist = false;
     for (const std::string& name : settings_.printSettings().get_configList()) {
-        const auto record = std::find_if(descriptives_.begin(), descriptives_.end(),
-                                         [&name](const DistanceCorrDescriptiveResult& candidate) {
-                                             return candidate.varName == name && hasSquareMatrix(candidate);
-                                         });
+        const auto record =
+            std::find_if(descriptives_.begin(), descriptives_.end(),
+                         [&name](const DistanceCorrDescriptiveResult& candidate) {
+                             return candidate.varName == name && hasSquareMatrix(candidate);
+                         });
         if (record == descriptives_.end()) continue;
 
         for (std::size_t c = 0; c < record->values.size(); ++c) {
@@ -198,13 +204,15 @@ DistanceCorrSaveOutFile::WriterState DistanceCorrSaveOutFile::AddDataToFile() {
                     }
                     if (hasSquareMatrix(record)) {
                         const std::size_t n = record.values.size();
-                        for (std::size_t r = 0; r < n && nameIndex < rowNames_.size(); ++r, ++nameIndex) {
+                        for (std::size_t r = 0; r < n && nameIndex < rowNames_.size();
+                             ++r, ++nameIndex) {
                             dataCase.InitCase();
                             std::string rowName = rowNames_[nameIndex];
                             rowName.resize(kRowNameWidth, ' ');
                             dataCase.SetColumnValue(0, rowName.c_str(), kRowNameWidth);
                             const std::vector<double>& distances = record.distanceMatrix[r];
-                            const std::size_t filled = std::min({n, distances.size(), distanceColumns});
+                            const std::size_t filled =
+                                std::min({n, distances.size(), distanceColumns});
                             for (std::size_t j = 0; j < filled; ++j) {
                                 dataCase.SetColumnValue(static_cast<int>(j + 1), distances[j]);
                             }
@@ -222,7 +230,9 @@ DistanceCorrSaveOutFile::WriterState DistanceCorrSaveOutFile::AddDataToFile() {
     return state_;
 }
 
-DistanceCorrSaveOutFile::WriterState DistanceCorrSaveOutFile::CloseDataOutFile() { return Close(); }
+DistanceCorrSaveOutFile::WriterState DistanceCorrSaveOutFile::CloseDataOutFile() {
+    return Close();
+}
 
 DistanceCorrSaveOutFile::WriterState DistanceCorrSaveOutFile::Close() {
     if (state_ != FileReady && state_ != DictionaryDone && state_ != DataWritten) {

@@ -14,7 +14,8 @@ namespace {
 // A broken variable list is a programming error: say where and stop.
 [[noreturn]] void varListAssertFailed(const char* function, const char* expression) {
     std::cerr << "Assertion failed in " << function
-              << " (backend/distancecorrelation/source/DistanceCorrVarList): " << expression << std::endl;
+              << " (backend/distancecorrelation/source/DistanceCorrVarList): " << expression
+              << std::endl;
     std::abort();
 }
 
@@ -39,7 +40,8 @@ int AlgorithmVarList::AddContVar(const std::string& name, const std::string& lab
     return index;
 }
 
-int AlgorithmVarList::AddCatVar(const std::string& name, const std::string& label, int numCategories, bool nominal) {
+int AlgorithmVarList::AddCatVar(const std::string& name, const std::string& label,
+                                int numCategories, bool nominal) {
     const int index = Size();
     if (name.empty()) VARLIST_ASSERT("AddCatVar", false);
     if (FindVariable(name) >= 0) VARLIST_ASSERT("AddCatVar", false);
@@ -59,24 +61,33 @@ int AlgorithmVarList::SetWeightVar(const std::string& name, const std::string& l
 }
 
 int AlgorithmVarList::FindVariable(const std::string& varName) const {
-    VARLIST_ASSERT("FindVariable", varName.length() > 0);
+    VARLIST_ASSERT("FindVariable", varName.length()>0);
     for (int i = 0; i < Size(); ++i)
         if (vars_[i].name == varName) return i;
     return -1;
 }
 
-const AlgorithmVarList::VarInfoElem& AlgorithmVarList::element(const char* function, int varIndex) const {
-    VARLIST_ASSERT(function, varIndex >= 0 && varIndex < Size());
+const AlgorithmVarList::VarInfoElem& AlgorithmVarList::element(const char* function,
+                                                               int varIndex) const {
+    VARLIST_ASSERT(function, varIndex>=0 && varIndex<Size());
     return vars_[varIndex];
 }
 
-int AlgorithmVarList::GetMeasLevel(int varIndex) const { return element("GetMeasLevel", varIndex).measLevel; }
+int AlgorithmVarList::GetMeasLevel(int varIndex) const {
+    return element("GetMeasLevel", varIndex).measLevel;
+}
 
-bool AlgorithmVarList::IsCatVar(int varIndex) const { return element("IsCatVar", varIndex).measLevel != 0; }
+bool AlgorithmVarList::IsCatVar(int varIndex) const {
+    return element("IsCatVar", varIndex).measLevel != 0;
+}
 
-int AlgorithmVarList::GetNumCatLevels(int varIndex) const { return element("GetNumCatLevels", varIndex).numCategories; }
+int AlgorithmVarList::GetNumCatLevels(int varIndex) const {
+    return element("GetNumCatLevels", varIndex).numCategories;
+}
 
-std::string AlgorithmVarList::GetVariableName(int varIndex) const { return element("GetVariableName", varIndex).name; }
+std::string AlgorithmVarList::GetVariableName(int varIndex) const {
+    return element("GetVariableName", varIndex).name;
+}
 
 std::string AlgorithmVarList::GetVariableLabel(int varIndex) const {
     return element("GetVariableLabel", varIndex).label;
@@ -113,7 +124,8 @@ void AlgorithmVarList::Display(std::ostream& out) const {
     out << "\nEnd Variable List Display\n";
 }
 
-AlgoDataAccess::AlgoDataAccess(const MultiPassRecordIter* iterator, const AlgorithmVarList* dataModel)
+AlgoDataAccess::AlgoDataAccess(const MultiPassRecordIter* iterator,
+                               const AlgorithmVarList* dataModel)
     : iterator_(iterator), dataModel_(dataModel) {}
 
 AlgoDataAccess::~AlgoDataAccess() = default;
@@ -129,8 +141,9 @@ AlgoDataAccessFactory::~AlgoDataAccessFactory() {
     varList_.reset();
 }
 
-AlgoDataAccess* AlgoDataAccessFactory::getAlgoDataAccess(std::vector<int>& indices, ProcedureDataSource* source,
-                                                         bool flag1, bool flag2, bool flag3) {
+AlgoDataAccess* AlgoDataAccessFactory::getAlgoDataAccess(std::vector<int>& indices,
+                                                         ProcedureDataSource* source, bool flag1,
+                                                         bool flag2, bool flag3) {
     if (dataAccess_) return dataAccess_.get();
     if (source == nullptr) return nullptr;
 

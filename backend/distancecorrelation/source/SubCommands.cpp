@@ -12,8 +12,8 @@
 #include "ProcedureDataSource.h"
 #include "Record.h"
 #include "SubComObj.h"
-#include "VELA_Variable.h"
 #include "VarSpecObj.h"
+#include "VELA_Variable.h"
 #include "VelaVarName.h"
 
 namespace {
@@ -28,7 +28,8 @@ const int kOrdinalLevel = 2;
 enum class AxisRead { Absent, Invalid, Accepted };
 
 // The descriptor of a keyword that carries qualifiers; null when the grammar lacks it.
-const ParamDescriptor* qualifiedKeywordDesc(const CommandDescriptor& descriptor, const std::string& subcommand,
+const ParamDescriptor* qualifiedKeywordDesc(const CommandDescriptor& descriptor,
+                                            const std::string& subcommand,
                                             const std::string& keyword) {
     const SubComDescriptor* sub = descriptor.getSubComDesc(subcommand);
     return sub != nullptr ? sub->getParamDesc(keyword) : nullptr;
@@ -78,7 +79,8 @@ bool SubCommands::get_Subcommand_Global() {
 
     std::vector<std::string> varList;
     variable->getVarList(varList);
-    VarSpecObj varSpec("VARIABLE", global->getSubComExtName(), commandDescriptor_, &dataSource_, true);
+    VarSpecObj varSpec("VARIABLE", global->getSubComExtName(), commandDescriptor_, &dataSource_,
+                       true);
     result = varSpec.ValidateVariables(varList, kNoRepeatedVars);
     if (!result) return false;
 
@@ -125,7 +127,8 @@ bool SubCommands::get_SubCommand_ID() {
 
     std::string name;
     variable->getVarName(name);
-    VarSpecObj varSpec("VARIABLE", idSub->getSubComExtName(), commandDescriptor_, &dataSource_, true);
+    VarSpecObj varSpec("VARIABLE", idSub->getSubComExtName(), commandDescriptor_, &dataSource_,
+                       true);
     const int index = varSpec.ValidateVariable(name);
     if (index < 0) return false;
 
@@ -148,7 +151,8 @@ bool SubCommands::get_Subcommand_Criteria() {
     const SubComObj* criteria = commandSpec_.getSubComObj("CRITERIA");
     if (criteria == nullptr) return true;
 
-    const std::string normalization = getStringValueFromParam(criteria->getParamObj("NORMALIZATION"), "NONE", true);
+    const std::string normalization =
+        getStringValueFromParam(criteria->getParamObj("NORMALIZATION"), "NONE", true);
     const double ciLevel = getNumberValueFromParam(criteria->getParamObj("CILEVEL"), 95.0);
     double seed = 2e6;
     double maxIterations = 1000.0;
@@ -157,12 +161,15 @@ bool SubCommands::get_Subcommand_Criteria() {
     const ParamObj* permutation = criteria->getParamObj("PERMUTATION");
     if (permutation != nullptr) {
         criteria_.set_permEnabled(true);
-        const ParamDescriptor* desc = qualifiedKeywordDesc(commandDescriptor_, "CRITERIA", "PERMUTATION");
+        const ParamDescriptor* desc =
+            qualifiedKeywordDesc(commandDescriptor_, "CRITERIA", "PERMUTATION");
         std::vector<ParamObj> qualifiers;
         if (desc != nullptr && permutation->getStringQualList(qualifiers, desc, nullptr)) {
             seed = getNumberValueFromParam(ParamObj::getParamObj("SEED", qualifiers), seed);
-            maxIterations = getNumberValueFromParam(ParamObj::getParamObj("MAXITERATIONS", qualifiers), maxIterations);
-            sigLevel = getNumberValueFromParam(ParamObj::getParamObj("SIGNIFICANCELEVEL", qualifiers), sigLevel);
+            maxIterations = getNumberValueFromParam(
+                ParamObj::getParamObj("MAXITERATIONS", qualifiers), maxIterations);
+            sigLevel = getNumberValueFromParam(
+                ParamObj::getParamObj("SIGNIFICANCELEVEL", qualifiers), sigLevel);
         }
     } else {
         criteria_.set_permEnabled(false);
@@ -228,8 +235,8 @@ bool SubCommands::get_Subcommand_Print() {
 
     const ParamObj* outFile = ParamObj::getParamObj("OUTFILE", qualifiers);
     if (outFile == nullptr) {
-        message_.GenericError("Param required for ^1 subcom when ^2 is enabled", save->getSubComExtName().c_str(),
-                              save->getParamName().c_str());
+        message_.GenericError("Param required for ^1 subcom when ^2 is enabled",
+                              save->getSubComExtName().c_str(), save->getParamName().c_str());
         return false;
     }
 
@@ -241,10 +248,11 @@ bool SubCommands::get_Subcommand_Print() {
         const std::string paramName = outFile->getParamName();
         const std::string subComName = outFile->getSubComExtName();
         if (!token.empty())
-            message_.GenericError("^1 invalid file name param ^2 subcom ^3 ...", token.c_str(), paramName.c_str(),
-                                  subComName.c_str());
+            message_.GenericError("^1 invalid file name param ^2 subcom ^3 ...", token.c_str(),
+                                  paramName.c_str(), subComName.c_str());
         else
-            message_.GenericError("Invalid file name param ^1 subcom ^2 ...", paramName.c_str(), subComName.c_str());
+            message_.GenericError("Invalid file name param ^1 subcom ^2 ...", paramName.c_str(),
+                                  subComName.c_str());
         return result;
     }
     if (fileName.empty()) return result;
@@ -307,11 +315,13 @@ bool SubCommands::getStringListFromParam(const ParamObj* param, std::vector<std:
     return true;
 }
 
-std::string SubCommands::getStringValueFromParam(const ParamObj* param, std::string defaultValue, bool upperCase) {
+std::string SubCommands::getStringValueFromParam(const ParamObj* param, std::string defaultValue,
+                                                 bool upperCase) {
     if (param == nullptr) return defaultValue;
     std::string value;
     bool isLiteral = false;
-    const bool read = upperCase ? param->getUpStringGeneric(value) : param->getStringOrLiteral(value, isLiteral);
+    const bool read = upperCase ? param->getUpStringGeneric(value)
+                                : param->getStringOrLiteral(value, isLiteral);
     return read ? value : defaultValue;
 }
 
@@ -339,7 +349,8 @@ bool SubCommands::checkIsValidVarName(const std::string& name) const {
     return std::find(written.begin(), written.end(), name) != written.end();
 }
 
-unsigned SubCommands::fetchDataFromActiveDataSet(std::vector<int>& indices, std::vector<std::vector<double>>& data) {
+unsigned SubCommands::fetchDataFromActiveDataSet(std::vector<int>& indices,
+                                                 std::vector<std::vector<double>>& data) {
     // The factory owns the host chain; it goes when this returns or throws.
     auto factory = std::make_unique<AlgoDataAccessFactory>();
     // The host's input adapter takes the source as non-const; reading does not change it.

@@ -76,7 +76,8 @@ TEST(DistanceCorrPermutationCorpus, FastAndMatrixRecipeGiveIdenticalPValuesAndBo
     for (std::uint64_t number = 0; number < corpusSize; ++number) {
         const CorpusCase c = makeCase(number);
         const std::vector<DistanceCorrResult> fast = run(c, DistanceCorrAlgo::PermutationStatistics::Fast);
-        const std::vector<DistanceCorrResult> recipe = run(c, DistanceCorrAlgo::PermutationStatistics::MatrixRecipe);
+        const std::vector<DistanceCorrResult> recipe =
+            run(c, DistanceCorrAlgo::PermutationStatistics::MatrixRecipe);
         ASSERT_EQ(fast.size(), recipe.size()) << "case " << number;
         fastPairs += pairsForTheKernel(c);
         for (std::size_t k = 0; k < fast.size(); ++k) {

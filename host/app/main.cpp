@@ -16,6 +16,7 @@
 #include "output/Report.h"
 #include "runner/CommandSplitter.h"
 #include "runner/ProcedureRegistry.h"
+#include "syntax/MessageText.h"
 
 namespace {
 
@@ -85,7 +86,7 @@ host::RunRecord runCommand(host::ProcedureRegistry& registry, const host::Syntax
         std::string first;
         words >> first;
         session.addMessage(host::MessageLevel::Error, "",
-                           "Unknown command \"" + first + "\" (" + sourceName + ", line " +
+                           "Unknown command " + host::syntax::quotedText(first) + " (" + sourceName + ", line " +
                                std::to_string(command.firstLine) + ").");
     } else {
         commandName = procedure->command;
@@ -178,7 +179,8 @@ int main(int argc, char** argv) {
 
     std::vector<host::RunRecord> runs;
     bool anyError = false;
-    for (const host::SyntaxCommand& command : host::splitCommands(syntax)) {
+    host::CommandSplitter splitter(syntax);
+    for (host::SyntaxCommand command; splitter.next(command);) {
         runs.push_back(runCommand(registry, command, sourceName));
         for (const auto& m : runs.back().messages)
             if (m.level == host::MessageLevel::Error) anyError = true;

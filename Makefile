@@ -3,7 +3,7 @@ BUILD ?= build
 JOBS ?= 2
 CMAKE_FLAGS ?= -DDC_WERROR=ON
 
-.PHONY: all deps build demo test asan bench clean
+.PHONY: all deps build demo test asan fuzz bench clean
 
 all: build
 
@@ -27,8 +27,13 @@ asan: deps
 	cmake --build build-asan -j$(JOBS)
 	ctest --test-dir build-asan --output-on-failure -j$(JOBS) -LE browser
 
+# The libFuzzer targets (syntax, CSV, schema) under ASan and UBSan, FUZZ_SECONDS each.
+FUZZ_SECONDS ?= 60
+fuzz: deps
+	tests/fuzz/run.sh $(FUZZ_SECONDS) build-fuzz
+
 bench: build
 	bench/run.sh
 
 clean:
-	rm -rf $(BUILD) build-asan
+	rm -rf $(BUILD) build-asan build-fuzz

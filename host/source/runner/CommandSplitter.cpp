@@ -2,27 +2,17 @@
 
 #include <cctype>
 
+#include "syntax/LineEnds.h"
+
 namespace host {
 namespace {
 
+using syntax::lineEndLength;
+using syntax::onlyBlanksToLineEnd;
+
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
-bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\f' || c == '\v'; }
 bool isSpace(char c) { return std::isspace(static_cast<unsigned char>(c)) != 0; }
-
-// 1 for LF or a lone CR, 2 for CRLF, 0 when no line ends at pos.
-std::size_t lineEndLength(std::string_view s, std::size_t pos) {
-    if (pos >= s.size()) return 0;
-    if (s[pos] == '\n') return 1;
-    if (s[pos] != '\r') return 0;
-    return pos + 1 < s.size() && s[pos + 1] == '\n' ? 2 : 1;
-}
-
-bool onlyBlanksToLineEnd(std::string_view s, std::size_t from) {
-    for (std::size_t i = from; i < s.size() && lineEndLength(s, i) == 0; ++i)
-        if (!isBlank(s[i])) return false;
-    return true;
-}
 
 // "* text." and "COMMENT text." are comments, not commands.
 bool isComment(std::string_view text) {

@@ -2,12 +2,12 @@
 
 #include <cmath>
 
+#include "syntax/LineEnds.h"
 #include "syntax/MessageText.h"
 
 namespace host::syntax {
 namespace {
 
-bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\f' || c == '\v'; }
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
 // Letters include every byte of a UTF-8 sequence, so names may hold accented letters.
@@ -46,18 +46,10 @@ TokenKind punctuation(char c) {
 CommandTokenizer::CommandTokenizer(std::string_view text, int firstLine)
     : text_(text), firstLine_(firstLine < 1 ? 1 : firstLine), line_(firstLine_) {}
 
-std::size_t CommandTokenizer::lineEndLength(std::size_t pos) const {
-    if (pos >= text_.size()) return 0;
-    if (text_[pos] == '\n') return 1;
-    if (text_[pos] != '\r') return 0;
-    return pos + 1 < text_.size() && text_[pos + 1] == '\n' ? 2 : 1;
-}
+std::size_t CommandTokenizer::lineEndLength(std::size_t pos) const { return syntax::lineEndLength(text_, pos); }
 
 bool CommandTokenizer::atTerminator(std::size_t pos) const {
-    if (pos >= text_.size() || text_[pos] != '.') return false;
-    for (std::size_t i = pos + 1; i < text_.size() && lineEndLength(i) == 0; ++i)
-        if (!isBlank(text_[i])) return false;
-    return true;
+    return pos < text_.size() && text_[pos] == '.' && onlyBlanksToLineEnd(text_, pos + 1);
 }
 
 void CommandTokenizer::advance(std::size_t count) {

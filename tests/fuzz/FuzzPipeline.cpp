@@ -152,7 +152,7 @@ bool outsideTheSandbox(std::string_view syntax) {
             while (at < syntax.size() && (syntax[at] == '=' || std::isspace(static_cast<unsigned char>(syntax[at]))))
                 ++at;
             const std::string number(syntax.substr(at, 400));
-            if (std::strtod(number.c_str(), nullptr) > 100000.0) return true;
+            if (std::strtod(number.c_str(), nullptr) > 2000.0) return true;
         }
     }
     return false;

@@ -47,7 +47,7 @@ private:
 
 // True when the syntax could write outside the pipeline's folder (a quoted
 // file name with a folder or a home folder in it) or asks for more than
-// 100,000 permutations, which only costs time.
+// 2,000 permutations, which only costs time.
 bool outsideTheSandbox(std::string_view syntax);
 
 // The one pipeline of a fuzz target.

@@ -122,3 +122,46 @@ echo "W5: per pair per permutation: $(calc "%.1f" "$(value per_pair_perm_us "$w5
      "ratio $(calc "%.2f" "$(value per_pair_perm_us "$w5b")" "$(value per_pair_perm_us "$w5")" "a / b")" \
      "(n log n predicts $(awk 'BEGIN { printf "%.2f", 4 * log(2000) / log(500) }'), n^2 predicts 16)"
 echo "W6: exit $(value exit "$w6"), output document and saved file $(mb "$w6files") MiB"
+
+# L1: loading a 1,000,000 x 10 numeric CSV (about 100 MB), load only, best of
+# three; the peer is R's read.csv on the same file (its time inside R, and the
+# peak memory of the whole Rscript process).
+cmake --build "$BUILD" --target CsvLoadBench -j"$JOBS" >/dev/null
+"$BUILD/bin/CsvLoadBench" data "$WORK/L1.csv"
+l1="$(best load_cpu 3 "$BUILD/bin/CsvLoadBench" load "$WORK/L1.csv")"
+pl1=""
+if command -v Rscript >/dev/null; then
+    pl1="$("$BENCH" measure Rscript -e 'f <- commandArgs(TRUE)[1]; t <- system.time(x <- read.csv(f));
+        cat(sprintf("peer_cpu=%.3f peer_wall=%.3f\n", t[["user.self"]] + t[["sys.self"]], t[["elapsed"]]))' \
+        "$WORK/L1.csv" 2>/dev/null | tr '\n' ' ')"
+fi
+echo "L1: load 1,000,000 x 10 CSV ($(mb "$(value file_bytes "$l1")") MiB): $(s3 "$(value load_cpu "$l1")") s CPU," \
+     "$(s3 "$(value load_wall "$l1")") s wall, $(calc "%.0f" "$(value mb_per_s "$l1")" 1 a) MB/s (target >= 150):" \
+     "$(awk -v r="$(value mb_per_s "$l1")" 'BEGIN { print (r + 0 >= 150 ? "met" : "NOT met") }')"
+echo "L1: peak memory $(mb "$(value peak_bytes "$l1")") MiB, limit file + 2 x doubles = $(mb "$(value limit_bytes "$l1")") MiB:" \
+     "$(awk -v p="$(value peak_bytes "$l1")" -v l="$(value limit_bytes "$l1")" 'BEGIN { print (p + 0 <= l + 0 ? "met" : "NOT met") }')"
+echo "L1: R read.csv $(s3 "$(value peer_cpu "$pl1")") s CPU, $(s3 "$(value peer_wall "$pl1")") s wall," \
+     "Rscript peak $(mb "$(value peak_bytes "$pl1")") MiB; speed-up $(calc "%.1fx" "$(value peer_cpu "$pl1")" "$(value load_cpu "$l1")" "a / b")"
+l2="$("$BUILD/bin/CsvLoadBench" scale "$WORK")"
+echo "L2: once quadratic, each must load in under 2 s: 100,000 columns of one name $(s3 "$(value wide_cpu "$l2")") s," \
+     "200,000 categories $(s3 "$(value categories_cpu "$l2")") s, 20,000 missing-value texts x 20,000 cells" \
+     "$(s3 "$(value missing_cpu "$l2")") s"
+
+# DEPENDENCE (bench/DependenceBench.cpp, peer bench/dependence_peer.R): best of
+# two runs on each side, D2 once; ratios of CPU seconds from this run.
+cmake --build "$BUILD" --target DependenceBench -j"$JOBS" >/dev/null
+DEP="$BUILD/bin/DependenceBench"
+dpeer() { [[ $have_r == 1 ]] && "$BENCH" measure Rscript "$ROOT/bench/dependence_peer.R" "$1" "$WORK/$2.csv" 2>/dev/null | grep '^peer='; }
+for d in D1 D3 D5; do "$DEP" data "$d" "$WORK/$d.csv"; done
+d1="$(best cpu 2 "$DEP" run D1)"; d2="$("$DEP" run D2)"; d3="$(best cpu 2 "$DEP" run D3)"
+d4="$(best cpu 2 "$DEP" run D4)"; d5="$(best cpu 2 "$DEP" run D5)"
+q1="$(best cpu 2 dpeer dcor2d D1)"; q3="$(best cpu 2 dpeer dcor-sets D3)"; q5="$(best cpu 2 dpeer dcov-test D5)"
+limit() { awk -v a="$1" -v t="$2" 'BEGIN { if (a == "") { print "not measured"; exit } print (a + 0 < t + 0 ? "met" : "NOT met") }'; }
+echo
+echo "D1: pair statistic n=100,000: $(s3 "$(value cpu "$d1")") s, energy::dcor2d $(s3 "$(value cpu "$q1")") s: $(verdict "$(calc "%.2f" "$(value cpu "$q1")" "$(value cpu "$d1")" "a / b")" 10)"
+echo "D1: dcor^2 ours $(value second "$d1"), energy dcor2d $(value value "$q1")"
+echo "D2: pair statistic n=10,000,000: cpu $(s3 "$(value cpu "$d2")") s, wall $(s3 "$(value wall "$d2")") s (target < 10 s): $(limit "$(value wall "$d2")" 10);" \
+     "peak $(mb "$(value peak_bytes "$d2")") MiB (target < 2048): $(limit "$(mb "$(value peak_bytes "$d2")")" 2048)"
+echo "D3: sets 5 + 5 x 5,000: $(s3 "$(value cpu "$d3")") s, energy::dcor(X, Y) $(s3 "$(value cpu "$q3")") s: $(verdict "$(calc "%.2f" "$(value cpu "$q3")" "$(value cpu "$d3")" "a / b")" 10)"
+echo "D4: t-test n=100,000: $(s3 "$(value cpu "$d4")") s (target < 1 s): $(limit "$(value cpu "$d4")" 1)"
+echo "D5: permutation test n=2,000, 999 replicates: $(s3 "$(value cpu "$d5")") s, energy::dcov.test $(s3 "$(value cpu "$q5")") s: $(verdict "$(calc "%.2f" "$(value cpu "$q5")" "$(value cpu "$d5")" "a / b")" 25)"

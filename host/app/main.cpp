@@ -1,10 +1,12 @@
 // distcorr: runs DISTANCE CORRELATION commands on a CSV data set through the
 // reference host, and shows the output as text, JSON and HTML.
-#include <fstream>
-#include <functional>
+#include <signal.h>
+#include <unistd.h>
+
+#include <exception>
 #include <iostream>
-#include <iterator>
-#include <sstream>
+#include <memory>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -12,11 +14,22 @@
 
 #include "DataSet.h"
 #include "HostSession.h"
+#include "InstalledServices.h"
+#include "ReportFile.h"
+#include "StandardOutput.h"
+#include "SyntaxSource.h"
+#include "UsageError.h"
+#include "Version.h"
 #include "data/CsvDataLoader.h"
+#include "data/TemporaryFileRegistry.h"
 #include "output/Report.h"
-#include "runner/CommandSplitter.h"
+#include "output/StringResources.h"
+#include "runner/CommandProgress.h"
+#include "runner/CommandRunner.h"
 #include "runner/ProcedureRegistry.h"
-#include "syntax/MessageText.h"
+#include "runner/ProgressLine.h"
+#include "runner/StandardErrorTee.h"
+#include "runner/ThreadWorkerPool.h"
 
 namespace {
 
@@ -30,144 +43,135 @@ const char* kDescription =
     "The data set is a CSV file (RFC 4180, header row with the variable names) with an\n"
     "optional dictionary in Frictionless Table Schema JSON: FILE.schema.json beside the\n"
     "CSV, or the file given with --schema.\n\n"
-    "Commands come from a syntax file, from -e TEXT, or from standard input (-). A command\n"
-    "ends with a period at the end of a line or at the end of the input; a syntax file may\n"
-    "hold several commands, run in order. Example:\n"
+    "Commands come from a syntax file, from -e TEXT (repeatable, run in order), or from\n"
+    "standard input (- or, when it is not a terminal, nothing). A command ends with a period\n"
+    "at the end of a line or at the end of the input; a syntax file may hold several\n"
+    "commands, run in order. Example:\n"
     "  distcorr --data examples/study.csv -e \"DISTANCE CORRELATION VARIABLE=score hours\n"
     "      /PRINT DISTCORRCOEFF DETAILS.\"\n"
-    "Without commands, distcorr loads the data set and lists its dictionary.\n\n"
-    "Tables are printed on standard output, messages on standard error.\n\n"
-    "Exit status: 0 no command reported an error; 1 a command reported an error;\n"
-    "2 usage error; 3 the data could not be loaded.";
+    "With no commands in the text (for example -e ''), distcorr loads the data set and lists\n"
+    "its dictionary.\n\n"
+    "Tables are printed on standard output, messages on standard error. --output - or\n"
+    "--html - writes that report to standard output instead; the tables are then not printed.\n"
+    "Reports replace their file only when complete; no output replaces an input file.\n\n"
+    "Exit status: 0 every command ran to its end; 1 a command reported an error or was ended\n"
+    "early by its procedure, or an output could not be written; 2 usage error; 3 the data\n"
+    "could not be loaded.\n\n"
+    "The command language, every keyword, the tables and worked examples: docs/commands.md.";
 
+// Every command-line option, in one place.
 struct Options {
     std::string data;
     std::string schema;
     std::string syntaxFile;
-    std::string exec;
+    std::vector<std::string> execute;
     std::string output;
     std::string html;
     std::string lang;
     std::string procedures;
+    unsigned threads = 0;  // 0: the processors this process may use
     bool quiet = false;
+    host::CsvLoadOptions load;  // import options of the CSV file
 };
 
-bool readFile(const std::string& path, std::string& text) {
-    std::ifstream in(path, std::ios::binary);
-    if (!in) return false;
-    text.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-    return !in.bad();
+void declareOptions(CLI::App& app, Options& opt) {
+    app.set_version_flag("--version", std::string("distcorr ") + host::version());
+    app.add_option("--data", opt.data, "CSV data file to analyse; - reads it from standard input")->required();
+    app.add_option("--schema", opt.schema, "Table Schema dictionary (default: FILE.schema.json beside the CSV)");
+    app.add_option("syntax", opt.syntaxFile, "Syntax file with commands, or - for standard input");
+    app.add_option("-e,--execute", opt.execute, "Command text to run (may be repeated; run in order)")
+        ->allow_extra_args(false);
+    app.add_option("--output", opt.output, "Write the output document (JSON) to this file (- for standard output)");
+    app.add_option("--html", opt.html,
+                   "Write an HTML report with tables and charts to this file (- for standard output)");
+    app.add_option("--lang", opt.lang, "Language of the output labels (e.g. de); English by default");
+    app.add_option("--procedures", opt.procedures, "Folder of procedure manifests (default: ../lib beside distcorr)");
+    app.add_option("--threads", opt.threads, "Worker threads for procedures (default: the processors available)")
+        ->check(CLI::Range(1u, 1024u));
+    app.add_flag("-q,--quiet", opt.quiet,
+                 "Do not print the tables on standard output, nor notes about the data, and show no progress line");
+    // Import options of the CSV file (docs/data-files.md).
+    host::CsvLoadOptions& load = opt.load;
+    app.add_option_function<std::string>(
+           "--na", [&load](const std::string& list) { load.missingValues = host::parseMissingValueList(list); },
+           "Texts meaning missing, separated by commas (default: empty cells, and NA in numeric columns)")
+        ->type_name("LIST");
+    app.add_option_function<std::string>(
+           "--delimiter", [&load](const std::string& c) { load.delimiter = host::parseDelimiterOption(c); },
+           "Field separator: , ; | or tab (default: detected from the first lines)")
+        ->type_name("C")
+        ->check([](const std::string& c) { return host::parseDelimiterOption(c) ? "" : "use , ; | or tab"; });
+    app.add_option_function<std::string>(
+           "--decimal", [&load](const std::string& c) { load.decimal = host::parseDecimalOption(c); },
+           "Decimal mark: . or , (default: . with the comma separator, else detected per column)")
+        ->type_name("C")
+        ->check([](const std::string& c) { return host::parseDecimalOption(c) ? "" : "use . or ,"; });
 }
 
-void listDictionary(const host::DataSet& data, const std::string& path) {
-    std::cout << path << ": " << data.caseCount() << " cases, " << data.variableCount() << " variables";
-    if (!data.label().empty()) std::cout << " (" << data.label() << ")";
-    std::cout << "\n";
+// Files this run reads; no output may replace them.
+void recordInputFiles(const Options& opt, const SyntaxSource& syntax) {
+    host::HostSession& session = host::HostSession::instance();
+    session.addInputFile(opt.data == "-" ? "/dev/stdin" : opt.data, "the active data set's data file");
+    const std::string dictionaryRole = "the active data set's dictionary";
+    if (!opt.schema.empty()) {
+        session.addInputFile(opt.schema, dictionaryRole);
+    } else if (opt.data != "-") {
+        // Both names the loader looks for beside the data file.
+        session.addInputFile(host::schemaPathFor(opt.data), dictionaryRole);
+        session.addInputFile(opt.data + ".schema.json", dictionaryRole);
+    }
+    if (!syntax.syntaxFile().empty()) session.addInputFile(syntax.syntaxFile(), "the syntax file");
+}
+
+void checkOptions(Options& opt) {
+    if (!opt.execute.empty() && !opt.syntaxFile.empty())
+        throw UsageError("give either a syntax file or -e TEXT, not both");
+    if (opt.output == "-" && opt.html == "-")
+        throw UsageError("--output and --html cannot both write to standard output (-)");
+    if (!opt.lang.empty() && opt.lang != "en") {
+        const std::vector<std::string> languages = host::availableLanguages();
+        bool known = false;
+        std::string list = "en";
+        for (const std::string& l : languages) {
+            known = known || l == opt.lang;
+            list += ", " + l;
+        }
+        if (!known) throw UsageError("--lang " + opt.lang + ": there is no such language; available: " + list);
+    }
+    if (opt.lang == "en") opt.lang.clear();
+}
+
+void checkOutputPaths(const Options& opt) {
+    for (const auto& [option, path] : {std::pair<const char*, std::string>{"--output", opt.output},
+                                       std::pair<const char*, std::string>{"--html", opt.html}}) {
+        if (path.empty() || path == "-") continue;
+        const std::string problem = ReportFile::problemWith(path);
+        if (!problem.empty()) throw UsageError(std::string(option) + " \"" + path + "\": " + problem);
+    }
+    const auto isFile = [](const std::string& path) { return !path.empty() && path != "-"; };
+    if (isFile(opt.output) && isFile(opt.html) && ReportFile::sameTarget(opt.output, opt.html))
+        throw UsageError("--output and --html name the same file \"" + opt.output + "\"");
+}
+
+void listDictionary(std::ostream& out, const host::DataSet& data, const std::string& path) {
+    out << path << ": " << data.caseCount() << " cases, " << data.variableCount() << " variables";
+    if (!data.label().empty()) out << " (" << data.label() << ")";
+    out << "\n";
     static const char* levels[] = {"", "nominal", "ordinal", "scale"};
     for (int i = 0; i < data.variableCount(); ++i) {
         const host::VariableInfo& v = data.variable(i);
-        std::cout << "  " << v.name << "  " << (v.type == 0 ? "numeric" : "text(" + std::to_string(v.type) + ")")
-                  << "  " << (v.measurementLevel >= 1 && v.measurementLevel <= 3 ? levels[v.measurementLevel] : "?");
-        if (v.hasLabel) std::cout << "  \"" << v.label << "\"";
-        if (!v.valueLabels.empty()) std::cout << "  " << v.valueLabels.size() << " value labels";
-        std::cout << "\n";
+        out << "  " << v.name << "  " << (v.type == 0 ? "numeric" : "text(" + std::to_string(v.type) + ")") << "  "
+            << (v.measurementLevel >= 1 && v.measurementLevel <= 3 ? levels[v.measurementLevel] : "?");
+        if (v.hasLabel) out << "  \"" << v.label << "\"";
+        if (!v.valueLabels.empty()) out << "  " << v.valueLabels.size() << " value labels";
+        out << "\n";
     }
 }
 
-// Runs one command and returns its record for the reports.
-host::RunRecord runCommand(host::ProcedureRegistry& registry, const host::SyntaxCommand& command,
-                           const std::string& sourceName) {
-    host::HostSession& session = host::HostSession::instance();
-    session.beginCommand({command.text, sourceName, command.firstLine});
-    const host::ProcedureInfo* procedure = registry.match(command.text);
-    std::string commandName;
-    if (procedure == nullptr) {
-        std::istringstream words(command.text);
-        std::string first;
-        words >> first;
-        session.addMessage(host::MessageLevel::Error, "",
-                           "Unknown command " + host::syntax::quotedText(first) + " (" + sourceName + ", line " +
-                               std::to_string(command.firstLine) + ").");
-    } else {
-        commandName = procedure->command;
-        session.setCommandName(commandName);
-        try {
-            registry.run(*procedure);
-        } catch (const host::ProcedureLoadError& e) {
-            session.addMessage(host::MessageLevel::Error, commandName, e.what());
-        }
-        if (session.messages().empty() && session.outputDocument() == nullptr)
-            session.addMessage(host::MessageLevel::Note, commandName, commandName + " produced no output.");
-    }
-    return host::takeRunRecord(command.text);
-}
-
-bool writeReport(const std::string& path, const char* what,
-                 const std::function<void(std::ostream&)>& write) {
-    std::ofstream out(path, std::ios::binary);
-    if (out) write(out);
-    out.flush();
-    if (!out) {
-        std::cerr << "Error: cannot write the " << what << " to " << path << "\n";
-        return false;
-    }
-    return true;
-}
-
-}  // namespace
-
-int main(int argc, char** argv) {
-    CLI::App app{kDescription, "distcorr"};
-    Options opt;
-    app.add_option("--data", opt.data, "CSV data file to analyse")->required();
-    app.add_option("--schema", opt.schema, "Table Schema dictionary (default: FILE.schema.json beside the CSV)");
-    app.add_option("syntax", opt.syntaxFile, "Syntax file with commands, or - for standard input");
-    app.add_option("-e,--execute", opt.exec, "Command text to run");
-    app.add_option("--output", opt.output, "Write the output document (JSON) to this file");
-    app.add_option("--html", opt.html, "Write an HTML report with tables and charts to this file");
-    app.add_option("--lang", opt.lang, "Language of the output labels (e.g. de); English by default");
-    app.add_option("--procedures", opt.procedures, "Folder of procedure manifests (default: ../lib beside distcorr)");
-    app.add_flag("-q,--quiet", opt.quiet, "Do not print the tables on standard output");
-    try {
-        app.parse(argc, argv);
-        if (!opt.exec.empty() && !opt.syntaxFile.empty())
-            throw CLI::ValidationError("give either a syntax file or -e TEXT, not both");
-    } catch (const CLI::ParseError& e) {
-        const int code = app.exit(e);
-        return code == 0 ? kExitOk : kExitUsage;
-    }
-
-    host::HostSession& session = host::HostSession::instance();
-    session.setLanguage(opt.lang);
-
-    std::shared_ptr<host::DataSet> data;
-    try {
-        data = host::loadCsvDataSet(opt.data, opt.schema);
-    } catch (const std::exception& e) {
-        std::cerr << "Error: " << e.what() << "\n";
-        return kExitData;
-    }
-    session.setActiveDataSet(data);
-
-    std::string syntax;
-    std::string sourceName;
-    if (!opt.exec.empty()) {
-        syntax = opt.exec;
-        sourceName = "command line";
-    } else if (opt.syntaxFile == "-") {
-        syntax.assign(std::istreambuf_iterator<char>(std::cin), std::istreambuf_iterator<char>());
-        sourceName = "standard input";
-    } else if (!opt.syntaxFile.empty()) {
-        if (!readFile(opt.syntaxFile, syntax)) {
-            std::cerr << "Error: cannot read the syntax file " << opt.syntaxFile << "\n";
-            return kExitUsage;
-        }
-        sourceName = opt.syntaxFile;
-    } else {
-        listDictionary(*data, opt.data);
-        return kExitOk;
-    }
-
+// Runs every command in order, printing each one's tables as it ends.
+int runCommands(const Options& opt, const std::vector<SyntaxText>& texts,
+                const std::vector<std::vector<host::SyntaxCommand>>& commands, bool printTables,
+                StandardOutput& standardOutput, std::vector<host::RunRecord>& runs, bool& anyFailed) {
     host::ProcedureRegistry registry;
     const std::string folder = opt.procedures.empty() ? host::executableFolder() + "/../lib" : opt.procedures;
     try {
@@ -177,22 +181,113 @@ int main(int argc, char** argv) {
         return kExitCommandError;
     }
 
-    std::vector<host::RunRecord> runs;
-    bool anyError = false;
-    host::CommandSplitter splitter(syntax);
-    for (host::SyntaxCommand command; splitter.next(command);) {
-        runs.push_back(runCommand(registry, command, sourceName));
-        for (const auto& m : runs.back().messages)
-            if (m.level == host::MessageLevel::Error) anyError = true;
-        if (!opt.quiet) host::renderText(std::cout, runs.back());
-    }
-    std::cout.flush();
+    // Standard error: host messages apart from the procedures' own text.
+    host::StandardErrorTee tee(std::cerr);
+    std::unique_ptr<host::CommandProgress> progress;
+    if (!opt.quiet && ::isatty(STDERR_FILENO))
+        progress = std::make_unique<host::CommandProgress>([&tee](const std::string& line) { tee.showLiveLine(line); },
+                                                           [&tee] { tee.clearLiveLine(); },
+                                                           [] { return host::terminalColumns(STDERR_FILENO); });
+    // One worker means no pool: procedures then run everything on the calling thread.
+    const unsigned threads = opt.threads != 0 ? opt.threads : host::availableProcessors();
+    std::unique_ptr<host::ThreadWorkerPool> pool;
+    if (threads > 1) pool = std::make_unique<host::ThreadWorkerPool>(threads);
+    const InstalledServices services(tee.hostStream(), progress.get(), pool.get());
 
-    bool written = true;
+    host::CommandRunner runner(registry, &tee, progress.get());
+    for (std::size_t t = 0; t < texts.size(); ++t) {
+        for (const host::SyntaxCommand& command : commands[t]) {
+            host::CommandOutcome outcome = runner.run(command, texts[t].sourceName);
+            anyFailed = anyFailed || outcome.failed;
+            runs.push_back(std::move(outcome.record));
+            if (printTables) {
+                host::renderText(standardOutput.stream(), runs.back());
+                standardOutput.flush();
+            }
+        }
+    }
+    return kExitOk;
+}
+
+int run(Options& opt) {
+    checkOptions(opt);
+    const SyntaxSource syntax(opt.execute, opt.syntaxFile, opt.data == "-");
+    recordInputFiles(opt, syntax);
+    checkOutputPaths(opt);
+    const std::vector<SyntaxText> texts = syntax.read();
+
+    host::HostSession& session = host::HostSession::instance();
+    session.setLanguage(opt.lang);
+    std::shared_ptr<host::DataSet> data;
+    try {
+        opt.load.notes = &std::cerr;
+        opt.load.quiet = opt.quiet;
+        data = host::loadCsvDataSet(opt.data, opt.schema, opt.load);
+    } catch (const std::exception& e) {
+        std::cerr << "Error: " << e.what() << "\n";
+        return kExitData;
+    }
+    session.setActiveDataSet(data);
+
+    // Tables go to standard output unless it carries a report, or --quiet.
+    StandardOutput standardOutput;
+    const bool printTables = !opt.quiet && opt.output != "-" && opt.html != "-";
+    std::vector<std::vector<host::SyntaxCommand>> commands;
+    std::size_t commandCount = 0;
+    for (const SyntaxText& text : texts) {
+        commands.push_back(host::splitCommands(text.text));
+        commandCount += commands.back().size();
+    }
+    std::vector<host::RunRecord> runs;
+    bool anyFailed = false;
+    if (commandCount == 0) {
+        if (printTables) listDictionary(standardOutput.stream(), *data, opt.data);
+    } else {
+        const int status = runCommands(opt, texts, commands, printTables, standardOutput, runs, anyFailed);
+        if (status != kExitOk) return status;
+    }
+    standardOutput.flush();
+
+    bool written = !standardOutput.failed();
     if (!opt.output.empty())
-        written &= writeReport(opt.output, "output document",
-                               [&](std::ostream& out) { host::writeOutputDocument(out, runs); });
+        written &= ReportFile::write(
+            opt.output, "output document", [&](std::ostream& out) { host::writeOutputDocument(out, runs); },
+            standardOutput);
     if (!opt.html.empty())
-        written &= writeReport(opt.html, "HTML report", [&](std::ostream& out) { host::writeHtmlReport(out, runs); });
-    return anyError || !written ? kExitCommandError : kExitOk;
+        written &= ReportFile::write(
+            opt.html, "HTML report", [&](std::ostream& out) { host::writeHtmlReport(out, runs); }, standardOutput);
+    return anyFailed || !written ? kExitCommandError : kExitOk;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    // A closed standard output is reported as an error, not a silent death;
+    // an oversized file is a write error (EFBIG) like a full disk.
+    ::signal(SIGPIPE, SIG_IGN);
+    ::signal(SIGXFSZ, SIG_IGN);
+    host::temporaryFiles::installSignalCleanup();
+
+    try {
+        CLI::App app{kDescription, "distcorr"};
+        Options opt;
+        declareOptions(app, opt);
+        try {
+            app.parse(argc, argv);
+        } catch (const CLI::ParseError& e) {
+            const int code = app.exit(e);
+            return code == 0 ? kExitOk : kExitUsage;
+        }
+        return run(opt);
+    } catch (const UsageError& e) {
+        std::cerr << "Error: " << e.what() << "\n";
+        return kExitUsage;
+    } catch (const std::bad_alloc&) {
+        std::cerr << "Error: distcorr ran out of memory.\n";
+    } catch (const std::exception& e) {
+        std::cerr << "Error: " << e.what() << "\n";
+    } catch (...) {
+        std::cerr << "Error: an unexpected error ended distcorr.\n";
+    }
+    return kExitCommandError;
 }

@@ -25,6 +25,16 @@ struct CommandText {
     int firstLine = 1;       // line of the source on which the text starts
 };
 
+// A file the program reads (the data file, its dictionary, the syntax file).
+// No output may replace it; it is known by device and inode, so another name
+// or a link to it is recognised too.
+struct InputFile {
+    std::string path;
+    std::string role;  // "the data file", ... as used in messages
+    unsigned long long device = 0;
+    unsigned long long inode = 0;
+};
+
 // State the reference host shares between the distcorr program and the
 // procedures it loads: the active data set, the command being run, its
 // messages and the output document the procedure handed over.
@@ -34,6 +44,12 @@ public:
 
     void setActiveDataSet(std::shared_ptr<DataSet> data);
     std::shared_ptr<DataSet> activeDataSet() const;
+
+    // Records an input file; a path that names no file is ignored.
+    void addInputFile(const std::string& path, const std::string& role);
+    // The input file that `path` names after following links, or null (also
+    // when `path` names no file).
+    const InputFile* inputFileAt(const std::string& path) const;
 
     // Starts a new command: clears the messages and the output document.
     void beginCommand(CommandText command);

@@ -1,11 +1,14 @@
 #include "HostSession.h"
 
+#include <sys/stat.h>
+
 #include <iostream>
 
 namespace host {
 
 struct HostSession::Impl {
     std::shared_ptr<DataSet> data;
+    std::vector<InputFile> inputs;
     CommandText command;
     std::string commandName;
     std::vector<HostMessage> messages;
@@ -26,6 +29,23 @@ HostSession& HostSession::instance() {
 void HostSession::setActiveDataSet(std::shared_ptr<DataSet> data) { impl_->data = std::move(data); }
 std::shared_ptr<DataSet> HostSession::activeDataSet() const { return impl_->data; }
 
+void HostSession::addInputFile(const std::string& path, const std::string& role) {
+    struct stat info {};
+    if (::stat(path.c_str(), &info) != 0) return;
+    impl_->inputs.push_back(
+        {path, role, static_cast<unsigned long long>(info.st_dev), static_cast<unsigned long long>(info.st_ino)});
+}
+
+const InputFile* HostSession::inputFileAt(const std::string& path) const {
+    struct stat info {};
+    if (::stat(path.c_str(), &info) != 0) return nullptr;
+    for (const InputFile& input : impl_->inputs)
+        if (input.device == static_cast<unsigned long long>(info.st_dev) &&
+            input.inode == static_cast<unsigned long long>(info.st_ino))
+            return &input;
+    return nullptr;
+}
+
 void HostSession::beginCommand(CommandText command) {
     impl_->command = std::move(command);
     impl_->commandName.clear();
@@ -38,8 +58,7 @@ const CommandText& HostSession::command() const { return impl_->command; }
 void HostSession::setCommandName(const std::string& name) { impl_->commandName = name; }
 const std::string& HostSession::commandName() const { return impl_->commandName; }
 
-void HostSession::addMessage(MessageLevel level, const std::string& commandName,
-                             const std::string& text) {
+void HostSession::addMessage(MessageLevel level, const std::string& commandName, const std::string& text) {
     impl_->messages.push_back({level, text});
     if (impl_->quiet || impl_->err == nullptr) return;
     const char* prefix = level == MessageLevel::Error     ? "Error: "

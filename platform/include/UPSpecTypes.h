@@ -15,6 +15,7 @@ enum ParamSpec {
     ParamNumber = 7,            // keyword = number
     ParamVariable = 15,         // keyword = one variable name
     ParamVariableList = 16,     // keyword = variable list
+    ParamVariableListContinued = 17,  // second variable list, "=" optional: "a b WITH c d"
     ParamFileSpec = 23,         // keyword = file specification
     ParamQualifiedKeyword = 28  // keyword (qualifier = value ...)
 };

@@ -10,7 +10,8 @@ const std::string kSmall = fixture("e2e/small.csv");
 TEST(DistcorrCli, HelpExplainsOptionsAndExitStatus) {
     DistcorrResult r = runDistcorr({"--help"});
     EXPECT_EQ(r.exitCode, 0);
-    for (const char* text : {"--data", "--schema", "--output", "--html", "--quiet", "--lang", "-e", "Exit status"})
+    for (const char* text : {"--data", "--schema", "--output", "--html", "--quiet", "--lang", "-e", "Exit status",
+                             "docs/commands.md"})
         EXPECT_NE(r.out.find(text), std::string::npos) << text;
 }
 

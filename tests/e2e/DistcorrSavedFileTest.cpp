@@ -4,7 +4,6 @@
 // existing file alone.
 #include <gtest/gtest.h>
 
-#include <dirent.h>
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -185,14 +184,7 @@ TEST(DistcorrSavedFile, FailedWriteKeepsTablesAndTheExistingFile) {
 
     EXPECT_EQ(readWholeFile(dir + "/dist.csv"), old);
     // No temporary file is left beside it.
-    Strings entries;
-    if (DIR* d = opendir(dir.c_str())) {
-        while (const dirent* e = readdir(d))
-            if (std::string(e->d_name) != "." && std::string(e->d_name) != "..") entries.push_back(e->d_name);
-        closedir(d);
-    }
-    std::sort(entries.begin(), entries.end());
-    EXPECT_EQ(entries, (Strings{"dist.csv", "dist.schema.json", "out.json"}));
+    EXPECT_EQ(folderEntries(dir), (Strings{"dist.csv", "dist.schema.json", "out.json"}));
 }
 
 }  // namespace

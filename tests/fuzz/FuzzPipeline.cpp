@@ -16,28 +16,13 @@
 #include "HostSession.h"
 #include "data/CsvDataLoader.h"
 #include "output/Report.h"
+#include "runner/CommandRunner.h"
 #include "runner/CommandSplitter.h"
 
 namespace fs = std::filesystem;
 
 namespace fuzz {
 namespace {
-
-// One command as distcorr runs it, kept for the reports.
-host::RunRecord runCommand(host::ProcedureRegistry& registry, const host::SyntaxCommand& command) {
-    host::HostSession& session = host::HostSession::instance();
-    session.beginCommand({command.text, "fuzz.sps", command.firstLine});
-    if (const host::ProcedureInfo* procedure = registry.match(command.text)) {
-        session.setCommandName(procedure->command);
-        registry.run(*procedure);  // a ProcedureLoadError is a broken build: let it end the run
-        if (session.messages().empty() && session.outputDocument() == nullptr)
-            session.addMessage(host::MessageLevel::Note, procedure->command,
-                               procedure->command + " produced no output.");
-    } else {
-        session.addMessage(host::MessageLevel::Error, "", "Unknown command");
-    }
-    return host::takeRunRecord(command.text);
-}
 
 bool startsWithIgnoringCase(std::string_view text, std::size_t at, std::string_view word) {
     if (text.size() - at < word.size()) return false;
@@ -88,9 +73,10 @@ void FuzzPipeline::runSyntax(std::shared_ptr<host::DataSet> data, std::string_vi
     session.setActiveDataSet(std::move(data));
     std::vector<host::RunRecord> runs;
     std::ostringstream text;
+    host::CommandRunner runner(registry_, nullptr, nullptr);
     host::CommandSplitter splitter(syntax);
     for (host::SyntaxCommand command; splitter.next(command);) {
-        runs.push_back(runCommand(registry_, command));
+        runs.push_back(runner.run(command, "fuzz.sps").record);
         host::renderText(text, runs.back());
     }
     std::ostringstream json;

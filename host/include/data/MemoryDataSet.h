@@ -30,13 +30,18 @@ public:
     // Appends one case: numbers[v] is used for numeric variables, texts[v]
     // for text variables; both hold one entry per variable.
     void addCase(const std::vector<double>& numbers, const std::vector<std::string>& texts);
+    // Takes all cases at once, column by column (only before the first case):
+    // numbers[v] holds count values of a numeric variable v, texts[v] count
+    // texts of a text variable; the other one is empty.
+    void setCases(std::size_t count, std::vector<std::vector<double>> numbers,
+                  std::vector<std::vector<std::string>> texts);
 
 private:
     void checkCell(std::size_t caseIndex, int variable) const;
 
     std::string label_;
     std::deque<VariableInfo> variables_;
-    std::vector<std::vector<double>> numbers_;   // per variable; empty for text
+    std::vector<std::vector<double>> numbers_;     // per variable; empty for text
     std::vector<std::vector<std::string>> texts_;  // per variable; empty for numeric
     std::size_t caseCount_ = 0;
 };

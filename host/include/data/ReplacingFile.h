@@ -8,7 +8,8 @@ namespace host {
 // Writes a file under a temporary name in the target's folder and puts it in
 // place only when complete, so that a failed write never damages an existing
 // file of that name. Every operation returns false on failure and leaves the
-// reason (naming the path and the system error) in problem().
+// reason (naming the path and the system error) in problem(). The temporary
+// file is registered for removal when the program is ended by a signal.
 class ReplacingFile {
 public:
     explicit ReplacingFile(std::string target);
@@ -37,6 +38,7 @@ private:
     std::string problem_;
     std::FILE* file_ = nullptr;
     bool placed_ = false;
+    int cleanupSlot_ = -1;
 };
 
 // Folder part of a path ("." when there is none).

@@ -8,7 +8,8 @@ namespace host {
 // Beside the standard properties the host reads and writes its own:
 // "measurementLevel" ("nominal", "ordinal", "scale"), "width" (bytes of a
 // string field), "displayWidth", "displayDecimals", "writeWidth" and
-// "writeDecimals" (the variable's print and write formats).
+// "writeDecimals" (the variable's print and write formats). Of the number
+// properties "decimalChar", "groupChar" and "bareNumber" are read.
 enum class SchemaType { Unspecified, Number, Integer, String };
 
 struct SchemaCategory {
@@ -31,12 +32,18 @@ struct SchemaField {
     int displayDecimals = -1;  // -1 not given
     int writeWidth = 0;
     int writeDecimals = -1;
+    char decimalChar = 0;  // 0 not given
+    char groupChar = 0;    // 0 not given
+    bool bareNumber = true;
 };
 
 struct TableSchema {
     std::string title;
     bool hasTitle = false;
+    bool hasMissingValues = false;
     std::vector<std::string> missingValues{""};
+    // Only the fields that need something said about them; they are matched
+    // to the columns by name.
     std::vector<SchemaField> fields;
 };
 

@@ -1,4 +1,5 @@
 #pragma once
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -20,7 +21,10 @@ public:
               Token& at) const;
 
 private:
+    static constexpr std::size_t kNowhere = static_cast<std::size_t>(-1);
+
     std::size_t anchorOf(const std::string& subComName) const;
+    std::size_t valueStart(std::size_t anchor, const std::string& paramName, TokenKind next) const;
 
     std::string_view text_;
     int firstLine_;

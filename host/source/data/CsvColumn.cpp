@@ -2,10 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <unordered_set>
 #include <utility>
 
 #include "data/DataLoadError.h"
-#include "data/NumberText.h"
 
 namespace host {
 
@@ -15,95 +15,145 @@ constexpr int kDefaultNumericWidth = 8;
 constexpr int kMaxInferredWidth = 40;  // also the widest numeric format
 constexpr int kMaxDecimals = 16;
 
-}  // namespace
-
-CsvColumn::CsvColumn(const std::string& name, std::vector<std::string> cells, const SchemaField* field,
-                     const Source& source)
-    : cells_(std::move(cells)), field_(field), source_(source) {
-    info_.name = name;
-    const SchemaType declared = field_ != nullptr ? field_->type : SchemaType::Unspecified;
-    bool numeric = false;
-    if (declared == SchemaType::Number || declared == SchemaType::Integer)
-        numeric = true;
-    else if (declared == SchemaType::Unspecified)
-        numeric = (field_ != nullptr && field_->measurementLevel == 3) || looksNumeric();
-    if (numeric)
-        convertNumbers(declared == SchemaType::Integer);
-    else
-        convertTexts();
-    if (field_ != nullptr && field_->hasTitle) {
-        info_.label = field_->title;
-        info_.hasLabel = !info_.label.empty();
-    }
-    setMeasurementLevel();
-    setValueLabels();
-    cells_ = std::vector<std::string>();  // the raw texts are no longer needed
+// Digits after the decimal mark of a number as written ("1.250" -> 3);
+// exponent forms count as 0. Same as writtenDecimals, for trimmed text.
+int decimalsOf(std::string_view number, char mark) {
+    std::size_t digits = 0;
+    while (digits < number.size() && number[number.size() - 1 - digits] >= '0' &&
+           number[number.size() - 1 - digits] <= '9')
+        ++digits;
+    return digits < number.size() && number[number.size() - 1 - digits] == mark ? static_cast<int>(digits) : 0;
 }
 
-void CsvColumn::failCell(std::size_t row, const std::string& problem) const {
-    throw DataLoadError(source_.csvName + ":" + std::to_string((*source_.lines)[row]) + ": " + problem);
+}  // namespace
+
+CsvColumn::CsvColumn(std::string name, std::string label, const SchemaField* field, const Source& source,
+                     std::size_t expectedRows)
+    : field_(field), source_(source), fallbackLabel_(std::move(label)) {
+    info_.name = std::move(name);
+    const SchemaType declared = field_ != nullptr ? field_->type : SchemaType::Unspecified;
+    if (declared == SchemaType::String)
+        kind_ = Kind::Text;
+    else if (declared == SchemaType::Number || declared == SchemaType::Integer ||
+             (field_ != nullptr && field_->measurementLevel == 3))
+        kind_ = Kind::Number;
+    integersOnly_ = declared == SchemaType::Integer;
+    if (field_ != nullptr) {
+        style_.group = field_->groupChar;
+        style_.bare = field_->bareNumber;
+    }
+    // The decimal mark: the field's own, else the one given for the file; a
+    // group mark '.' without a decimal mark means a decimal comma.
+    style_.decimal = field_ != nullptr && field_->decimalChar != 0 ? field_->decimalChar
+                     : source_.decimal != 0                        ? source_.decimal
+                     : style_.group == '.'                         ? ','
+                     : style_.group != 0                           ? '.'
+                                                                   : 0;
+    decimalKnown_ = style_.decimal != 0;
+    if (!decimalKnown_) style_.decimal = '.';
+    plain_ = decimalKnown_ && style_.decimal == '.' && style_.group == 0 && style_.bare;
+    if (kind_ == Kind::Text)
+        texts_.reserve(expectedRows);
+    else
+        numbers_.reserve(expectedRows);
+}
+
+void CsvColumn::failCell(int line, std::string_view cell, const std::string& problem) const {
+    throw DataLoadError(*source_.csvName + ":" + std::to_string(line) + ": \"" + std::string(cell) + "\" in column \"" +
+                        info_.name + "\" " + problem);
 }
 
 void CsvColumn::failField(const std::string& problem) const {
-    throw DataLoadError(source_.schemaName + ": field " + std::to_string(source_.number) + " (\"" + info_.name +
+    throw DataLoadError(*source_.schemaName + ": field " + std::to_string(source_.fieldNumber) + " (\"" + field_->name +
                         "\"): " + problem);
 }
 
-bool CsvColumn::isMissing(const std::string& cell) const {
-    const std::string_view text = trimBlanks(cell);
-    if (text.empty()) return true;
-    for (const std::string& missing : *source_.missingTexts)
-        if (trimBlanks(missing) == text) return true;
-    return false;
-}
-
-bool CsvColumn::looksNumeric() const {
-    double value = 0.0;
-    for (const std::string& cell : cells_)
-        if (!isMissing(cell) && parseNumber(cell, value) == NumberParse::NotANumber) return false;
-    return true;
-}
-
-void CsvColumn::convertNumbers(bool integersOnly) {
-    numbers_.reserve(cells_.size());
-    int longest = 0;
-    int decimals = 0;
-    for (std::size_t row = 0; row < cells_.size(); ++row) {
-        const std::string& cell = cells_[row];
-        if (isMissing(cell)) {
-            numbers_.push_back(kSystemMissing);
-            continue;
+NumberParse CsvColumn::parseCell(std::string_view cell, double& value) {
+    if (plain_) return parseTrimmedNumber(cell, value);
+    if (decimalKnown_) return parseNumber(cell, value, style_);
+    // The first number written with a decimal mark fixes the column's mark.
+    const bool comma = cell.find(',') != std::string_view::npos;
+    const bool point = cell.find('.') != std::string_view::npos;
+    if (comma && !point) {
+        NumberStyle commaStyle = style_;
+        commaStyle.decimal = ',';
+        const NumberParse result = parseNumber(cell, value, commaStyle);
+        if (result != NumberParse::NotANumber) {
+            style_.decimal = ',';
+            decimalKnown_ = true;
         }
-        double value = 0.0;
-        const NumberParse result = parseNumber(cell, value);
-        if (result == NumberParse::NotANumber)
-            failCell(row, "\"" + cell + "\" in column \"" + info_.name + "\" is not a number");
-        if (result == NumberParse::OutOfRange)
-            failCell(row, "\"" + cell + "\" in column \"" + info_.name + "\" is too large for a number");
-        if (integersOnly && std::trunc(value) != value)
-            failCell(row, "\"" + cell + "\" in column \"" + info_.name + "\" is not a whole number");
-        numbers_.push_back(value);
-        longest = std::max(longest, static_cast<int>(trimBlanks(cell).size()));
-        decimals = std::max(decimals, writtenDecimals(cell));
+        return result;
     }
-    info_.type = 0;
-    setNumericFormats(integersOnly, longest, std::min(decimals, kMaxDecimals));
+    const NumberParse result = parseNumber(cell, value, style_);
+    if (point && result != NumberParse::NotANumber) decimalKnown_ = true;
+    plain_ = decimalKnown_ && style_.decimal == '.' && style_.group == 0 && style_.bare;
+    return result;
 }
 
-void CsvColumn::convertTexts() {
-    texts_.reserve(cells_.size());
-    int longest = 0;
-    for (const std::string& cell : cells_) {
-        texts_.push_back(isMissing(cell) ? std::string() : cell);
-        longest = std::max(longest, static_cast<int>(texts_.back().size()));
+void CsvColumn::addCell(std::string_view cell, int line) {
+    if (kind_ == Kind::TextLater) return;
+    if (kind_ == Kind::Text) {
+        addText(cell);
+        return;
     }
-    setTextFormats(longest);
+    const std::string_view trimmed = trimBlanks(cell);
+    if (trimmed.empty() || source_.numericMissing->contains(trimmed)) {
+        numbers_.push_back(kSystemMissing);
+        return;
+    }
+    double value = 0.0;
+    const NumberParse result = parseCell(trimmed, value);
+    if (result == NumberParse::NotANumber) {
+        if (kind_ == Kind::Number) failCell(line, cell, "is not a number");
+        kind_ = Kind::TextLater;
+        numbers_ = std::vector<double>();
+        return;
+    }
+    if (result == NumberParse::OutOfRange) {
+        if (kind_ == Kind::Number) failCell(line, cell, "is too large for a number");
+        if (tooLargeLine_ == 0) {
+            tooLargeLine_ = line;
+            tooLargeCell_ = std::string(cell);
+        }
+    }
+    if (integersOnly_ && std::trunc(value) != value) failCell(line, cell, "is not a whole number");
+    numbers_.push_back(value);
+    longest_ = std::max(longest_, static_cast<int>(trimmed.size()));
+    decimals_ = std::max(decimals_, decimalsOf(trimmed, style_.decimal));
+}
+
+void CsvColumn::addText(std::string_view cell) {
+    const std::string_view trimmed = trimBlanks(cell);
+    if (trimmed.empty() || source_.textMissing->contains(trimmed)) {
+        texts_.emplace_back();
+        return;
+    }
+    texts_.emplace_back(cell);
+    longest_ = std::max(longest_, static_cast<int>(cell.size()));
+}
+
+void CsvColumn::finish() {
+    if (isNumeric()) {
+        if (tooLargeLine_ != 0) failCell(tooLargeLine_, tooLargeCell_, "is too large for a number");
+        info_.type = 0;
+        setNumericFormats(integersOnly_, longest_, std::min(decimals_, kMaxDecimals));
+    } else {
+        setTextFormats(longest_);
+    }
+    if (field_ != nullptr && field_->hasTitle) {
+        info_.label = field_->title;
+    } else {
+        info_.label = fallbackLabel_;
+    }
+    info_.hasLabel = !info_.label.empty();
+    setMeasurementLevel();
+    setValueLabels();
 }
 
 void CsvColumn::setNumericFormats(bool integersOnly, int longestCell, int decimals) {
     const int shownDecimals = field_ != nullptr && field_->displayDecimals >= 0 ? field_->displayDecimals
-                              : integersOnly                                   ? 0
-                                                                               : decimals;
+                              : integersOnly                                    ? 0
+                                                                                : decimals;
     int width = std::min(std::max(kDefaultNumericWidth, longestCell), kMaxInferredWidth);
     width = std::max(width, std::min(shownDecimals + 2, kMaxInferredWidth));
     if (field_ != nullptr && field_->displayWidth > 0) width = field_->displayWidth;
@@ -140,6 +190,9 @@ void CsvColumn::setMeasurementLevel() {
 
 void CsvColumn::setValueLabels() {
     if (field_ == nullptr) return;
+    std::unordered_set<std::string> seen;
+    seen.reserve(field_->categories.size());
+    info_.valueLabels.reserve(field_->categories.size());
     for (const SchemaCategory& category : field_->categories) {
         std::string value = category.value;
         if (info_.type == 0) {
@@ -148,8 +201,7 @@ void CsvColumn::setValueLabels() {
                 failField("category value \"" + category.value + "\" is not a number");
             value = formatNumber(number);
         }
-        for (const auto& pair : info_.valueLabels)
-            if (pair.first == value) failField("category value \"" + category.value + "\" is given twice");
+        if (!seen.insert(value).second) failField("category value \"" + category.value + "\" is given twice");
         info_.valueLabels.emplace_back(value, category.hasLabel ? category.label : category.value);
     }
 }

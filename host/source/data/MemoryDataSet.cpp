@@ -46,6 +46,22 @@ void MemoryDataSet::addCase(const std::vector<double>& numbers, const std::vecto
     ++caseCount_;
 }
 
+void MemoryDataSet::setCases(std::size_t count, std::vector<std::vector<double>> numbers,
+                             std::vector<std::vector<std::string>> texts) {
+    if (caseCount_ != 0) throw std::logic_error("cases can be set only once, before any other case");
+    const std::size_t variables = variables_.size();
+    if (numbers.size() != variables || texts.size() != variables)
+        throw std::invalid_argument("cases need one column per variable");
+    for (std::size_t v = 0; v < variables; ++v) {
+        const bool numeric = variables_[v].type == 0;
+        if ((numeric ? numbers[v].size() : texts[v].size()) != count)
+            throw std::invalid_argument("a column does not hold one value per case");
+    }
+    numbers_ = std::move(numbers);
+    texts_ = std::move(texts);
+    caseCount_ = count;
+}
+
 void MemoryDataSet::checkCell(std::size_t caseIndex, int variable) const {
     if (variable < 0 || variable >= variableCount())
         throw std::out_of_range("variable index " + std::to_string(variable) + " is not in the data set");

@@ -12,9 +12,11 @@
 
 #include "UserCaseFileSpec.h"
 #include "data/CsvDataLoader.h"
+#include "data/FolderLock.h"
 #include "data/HostError.h"
 #include "data/NumberText.h"
 #include "data/TableSchemaWriter.h"
+#include "data/TemporaryFileRegistry.h"
 #include "data/VariableName.h"
 
 namespace host {
@@ -207,6 +209,10 @@ void NewCaseFile::close() {
 }
 
 void NewCaseFile::putFilesInPlace() {
+    // Another process saving to the same name waits, and a signal waits, so
+    // the two files always come from one run.
+    const FolderLock lock(folderOf(dataPath_));
+    const temporaryFiles::Uninterrupted uninterrupted;
     // Keep the old data file reachable under a second name until the new
     // dictionary is in place too, so that a failure can put it back.
     std::string backup;

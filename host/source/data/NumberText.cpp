@@ -1,6 +1,7 @@
 #include "data/NumberText.h"
 
 #include <charconv>
+#include <cstdint>
 #include <system_error>
 
 namespace host {
@@ -14,10 +15,10 @@ bool isDigit(char c) { return c >= '0' && c <= '9'; }
 bool isUnderflow(std::string_view text) {
     std::size_t i = 0;
     if (i < text.size() && (text[i] == '-' || text[i] == '+')) ++i;
-    long magnitude = 0;       // decimal exponent of the first non-zero digit
+    long magnitude = 0;  // decimal exponent of the first non-zero digit
     bool seenNonZero = false;
     bool afterPoint = false;
-    long position = 0;        // digits seen before the point, or minus those after
+    long position = 0;  // digits seen before the point, or minus those after
     for (; i < text.size() && text[i] != 'e' && text[i] != 'E'; ++i) {
         if (text[i] == '.') {
             afterPoint = true;
@@ -43,16 +44,42 @@ bool isUnderflow(std::string_view text) {
     return magnitude + (negative ? -exponent : exponent) < 0;
 }
 
-}  // namespace
-
-std::string_view trimBlanks(std::string_view text) {
-    while (!text.empty() && (text.front() == ' ' || text.front() == '\t')) text.remove_prefix(1);
-    while (!text.empty() && (text.back() == ' ' || text.back() == '\t')) text.remove_suffix(1);
-    return text;
+// Plain decimals of at most 15 significant digits and no exponent ("-12.375"),
+// the common case, without the general parser: the digits form an integer m
+// below 2^53 and the value is m / 10^k with k at most 22, where both are
+// exact doubles and one division rounds correctly. False for anything else.
+bool parseShortDecimal(std::string_view text, double& value) {
+    static constexpr double kPowers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
+                                         1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+    const char* p = text.data();
+    const char* const end = p + text.size();
+    const bool negative = p < end && *p == '-';
+    if (negative) ++p;
+    if (end - p > 20) return false;  // more than 19 digits could overflow
+    std::uint64_t mantissa = 0;
+    const char* const first = p;
+    while (p < end && static_cast<unsigned>(*p - '0') < 10)
+        mantissa = mantissa * 10 + static_cast<unsigned>(*p++ - '0');
+    std::ptrdiff_t decimals = 0;
+    const bool point = p < end && *p == '.';
+    if (point) {
+        const char* const fraction = ++p;
+        while (p < end && static_cast<unsigned>(*p - '0') < 10)
+            mantissa = mantissa * 10 + static_cast<unsigned>(*p++ - '0');
+        decimals = p - fraction;
+    }
+    if (p != end || end - first == decimals + (point ? 1 : 0) || mantissa > (std::uint64_t{1} << 53) || decimals > 22)
+        return false;
+    const double magnitude = static_cast<double>(mantissa) / kPowers[decimals];
+    value = negative ? -magnitude : magnitude;
+    return true;
 }
 
-NumberParse parseNumber(std::string_view text, double& value) {
-    text = trimBlanks(text);
+}  // namespace
+
+NumberParse parseNumber(std::string_view text, double& value) { return parseTrimmedNumber(trimBlanks(text), value); }
+
+NumberParse parseTrimmedNumber(std::string_view text, double& value) {
     std::string_view body = text;
     if (!body.empty() && body.front() == '+') {
         body.remove_prefix(1);
@@ -63,6 +90,7 @@ NumberParse parseNumber(std::string_view text, double& value) {
     // Only digits or a point may start the number: rules out inf, nan, "+-1".
     if (unsignedBody.empty() || !(isDigit(unsignedBody.front()) || unsignedBody.front() == '.'))
         return NumberParse::NotANumber;
+    if (parseShortDecimal(body, value)) return NumberParse::Ok;
     double parsed = 0.0;
     const char* end = body.data() + body.size();
     const std::from_chars_result result = std::from_chars(body.data(), end, parsed);
@@ -77,15 +105,38 @@ NumberParse parseNumber(std::string_view text, double& value) {
     return NumberParse::Ok;
 }
 
+NumberParse parseNumber(std::string_view text, double& value, const NumberStyle& style) {
+    text = trimBlanks(text);
+    if (style.decimal == '.' && style.group == 0 && style.bare) return parseTrimmedNumber(text, value);
+    if (!style.bare) {
+        auto numeric = [&](char c) { return isDigit(c) || c == style.decimal; };
+        while (!text.empty() && !numeric(text.front()) && text.front() != '-' && text.front() != '+')
+            text.remove_prefix(1);
+        while (!text.empty() && !numeric(text.back())) text.remove_suffix(1);
+    }
+    std::string plain;
+    plain.reserve(text.size());
+    for (const char c : text) {
+        if (c == style.group) continue;
+        if (c == style.decimal)
+            plain += '.';
+        else if (c == '.' || c == ' ' || c == '\t')
+            return NumberParse::NotANumber;  // a point that is not the decimal mark, or blanks inside
+        else
+            plain += c;
+    }
+    return parseTrimmedNumber(plain, value);
+}
+
 std::string formatNumber(double value) {
     char buffer[64];
     const std::to_chars_result result = std::to_chars(buffer, buffer + sizeof buffer, value);
     return std::string(buffer, result.ptr);
 }
 
-int writtenDecimals(std::string_view text) {
+int writtenDecimals(std::string_view text, char decimal) {
     text = trimBlanks(text);
-    const std::size_t point = text.find('.');
+    const std::size_t point = text.find(decimal);
     if (point == std::string_view::npos) return 0;
     int count = 0;
     for (std::size_t i = point + 1; i < text.size() && isDigit(text[i]); ++i) ++count;

@@ -9,6 +9,8 @@
 #include <utility>
 #include <vector>
 
+#include "data/TemporaryFileRegistry.h"
+
 namespace host {
 
 std::string folderOf(const std::string& path) {
@@ -31,7 +33,7 @@ bool ReplacingFile::open() {
     std::string pattern = target_ + ".tmp-XXXXXX";
     std::vector<char> name(pattern.begin(), pattern.end());
     name.push_back('\0');
-    const int fd = ::mkstemp(name.data());
+    const int fd = temporaryFiles::createRecorded(name.data(), cleanupSlot_);
     if (fd < 0) return failWith("cannot create a file in the folder \"" + folderOf(target_) + "\"", errno);
     temporary_ = name.data();
     // mkstemp creates the file private to its owner; give it the usual permissions.
@@ -84,6 +86,8 @@ bool ReplacingFile::replaceTarget() {
         return failWith("cannot replace \"" + target_ + "\"", errno);
     placed_ = true;
     temporary_.clear();
+    temporaryFiles::remove(cleanupSlot_);
+    cleanupSlot_ = -1;
     return true;
 }
 
@@ -94,6 +98,8 @@ void ReplacingFile::discard() {
     }
     if (!temporary_.empty() && !placed_) ::unlink(temporary_.c_str());
     temporary_.clear();
+    temporaryFiles::remove(cleanupSlot_);
+    cleanupSlot_ = -1;
 }
 
 }  // namespace host

@@ -1,21 +1,17 @@
 #include "data/TableSchemaReader.h"
 
-#include <algorithm>
 #include <charconv>
+#include <unordered_map>
 
 #include <rapidjson/document.h>
-#include <rapidjson/error/en.h>
 
 #include "data/DataLoadError.h"
+#include "data/JsonText.h"
 #include "data/TextFile.h"
 
 namespace host {
 
 namespace {
-
-// Numbers are kept as their JSON text so that they can be read exactly and
-// independently of the locale.
-constexpr unsigned kParseFlags = rapidjson::kParseNumbersAsStringsFlag;
 
 class FieldReader {
 public:
@@ -45,6 +41,14 @@ public:
         field_.writeDecimals = integer("writeDecimals", 0, 16, -1);
         if (field_.type != SchemaType::String && field_.type != SchemaType::Unspecified && field_.width != 0)
             fail("\"width\" applies to string fields only");
+        field_.decimalChar = character("decimalChar");
+        field_.groupChar = character("groupChar");
+        if (field_.decimalChar != 0 && field_.decimalChar == field_.groupChar)
+            fail("\"decimalChar\" and \"groupChar\" must differ");
+        if (const rapidjson::Value* bare = member("bareNumber")) {
+            if (!bare->IsBool()) fail("\"bareNumber\" must be true or false");
+            field_.bareNumber = bare->GetBool();
+        }
         return field_;
     }
 
@@ -80,9 +84,21 @@ private:
         const char* last = first + (value->IsString() ? value->GetStringLength() : 0);
         const auto result = std::from_chars(first, last, number);
         if (!value->IsString() || result.ec != std::errc() || result.ptr != last || number < low || number > high)
-            fail("\"" + std::string(property) + "\" must be a whole number from " + std::to_string(low) +
-                 " to " + std::to_string(high));
+            fail("\"" + std::string(property) + "\" must be a whole number from " + std::to_string(low) + " to " +
+                 std::to_string(high));
         return number;
+    }
+
+    // One ASCII character other than a digit, sign or letter; 0 when absent.
+    char character(const char* property) const {
+        const rapidjson::Value* value = member(property);
+        if (value == nullptr) return 0;
+        const std::string given = text(*value, property);
+        const char c = given.size() == 1 ? given[0] : '\0';
+        const bool letter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+        if (c < ' ' || c > '~' || letter || (c >= '0' && c <= '9') || c == '+' || c == '-')
+            fail("\"" + std::string(property) + "\" must be one character such as \".\" or \",\"");
+        return c;
     }
 
     void readType() {
@@ -146,19 +162,15 @@ private:
     SchemaField field_;
 };
 
-int lineOfOffset(const std::string& text, std::size_t offset) {
-    offset = std::min(offset, text.size());
-    return 1 + static_cast<int>(std::count(text.begin(), text.begin() + static_cast<long>(offset), '\n'));
-}
-
 }  // namespace
 
 TableSchema parseTableSchema(const std::string& json, const std::string& fileName) {
     rapidjson::Document document;
-    document.Parse<kParseFlags>(json.c_str(), json.size());
-    if (document.HasParseError())
-        throw DataLoadError(fileName + ":" + std::to_string(lineOfOffset(json, document.GetErrorOffset())) +
-                            ": not valid JSON: " + rapidjson::GetParseError_En(document.GetParseError()));
+    // Numbers are kept as their JSON text so that they can be read exactly and
+    // independently of the locale.
+    const JsonParseResult parsed = parseJsonText(document, json, true);
+    if (!parsed.ok)
+        throw DataLoadError(fileName + ":" + std::to_string(parsed.line) + ": not valid JSON: " + parsed.reason);
     if (!document.IsObject()) throw DataLoadError(fileName + ": a table schema must be a JSON object");
     TableSchema schema;
     const auto title = document.FindMember("title");
@@ -171,17 +183,24 @@ TableSchema parseTableSchema(const std::string& json, const std::string& fileNam
     if (missing != document.MemberEnd() && !missing->value.IsNull()) {
         if (!missing->value.IsArray()) throw DataLoadError(fileName + ": \"missingValues\" must be a list of texts");
         schema.missingValues.clear();
+        schema.hasMissingValues = true;
         for (const auto& item : missing->value.GetArray()) {
             if (!item.IsString()) throw DataLoadError(fileName + ": \"missingValues\" must be a list of texts");
             schema.missingValues.emplace_back(item.GetString(), item.GetStringLength());
         }
     }
     const auto fields = document.FindMember("fields");
-    if (fields == document.MemberEnd() || !fields->value.IsArray())
-        throw DataLoadError(fileName + ": a table schema needs a \"fields\" list");
-    std::size_t number = 0;
-    for (const auto& item : fields->value.GetArray())
-        schema.fields.push_back(FieldReader(fileName, item, ++number).read());
+    if (fields == document.MemberEnd() || fields->value.IsNull()) return schema;
+    if (!fields->value.IsArray()) throw DataLoadError(fileName + ": \"fields\" must be a list of field objects");
+    std::unordered_map<std::string, std::size_t> numbers;
+    for (const auto& item : fields->value.GetArray()) {
+        const std::size_t number = schema.fields.size() + 1;
+        schema.fields.push_back(FieldReader(fileName, item, number).read());
+        const auto known = numbers.emplace(schema.fields.back().name, number);
+        if (!known.second)
+            throw DataLoadError(fileName + ": field " + std::to_string(number) + " (\"" + schema.fields.back().name +
+                                "\") has the name of field " + std::to_string(known.first->second));
+    }
     return schema;
 }
 

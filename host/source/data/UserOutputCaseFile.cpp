@@ -1,9 +1,34 @@
 #include "UserOutputCaseFile.h"
 
+#include "HostSession.h"
+#include "UserCaseFileSpec.h"
 #include "VELA_DataSource.h"
+#include "data/CsvDataLoader.h"
 #include "data/DataSourceImpl.h"
+#include "data/HostError.h"
 #include "data/NewCaseFile.h"
 #include "data/NewFileDataStore.h"
+
+namespace {
+
+std::string sameFileText(const host::InputFile& input) {
+    return "it is the same file as " + input.role + " \"" + input.path + "\"; an output never replaces an input.";
+}
+
+// A new data file must never replace a file the program reads: refuses the
+// data file or the dictionary whose name (after links) is one of them.
+void refuseInputFiles(const UserCaseFileSpec& spec) {
+    const std::string dataPath = host::NewCaseFile::dataPathFor(spec.GetPath());
+    const std::string schemaPath = host::schemaPathFor(dataPath);
+    const host::HostSession& session = host::HostSession::instance();
+    if (const host::InputFile* input = session.inputFileAt(dataPath))
+        host::raiseHostError("Cannot write the data file \"" + dataPath + "\": " + sameFileText(*input));
+    if (const host::InputFile* input = session.inputFileAt(schemaPath))
+        host::raiseHostError("Cannot write the dictionary \"" + schemaPath + "\" of the data file \"" + dataPath +
+                             "\": " + sameFileText(*input));
+}
+
+}  // namespace
 
 struct UserOutputCaseFile::Impl {
     std::shared_ptr<host::NewCaseFile> file;
@@ -12,6 +37,7 @@ struct UserOutputCaseFile::Impl {
 };
 
 UserOutputCaseFile::UserOutputCaseFile(const UserCaseFileSpec& spec) : impl_(std::make_unique<Impl>()) {
+    refuseInputFiles(spec);
     impl_->file = std::make_shared<host::NewCaseFile>(spec);
     auto sourceImpl = std::make_shared<VELA_DataSource::Impl>(impl_->file->dictionary(), impl_->file);
     impl_->source = std::make_unique<VELA_DataSource>(sourceImpl);

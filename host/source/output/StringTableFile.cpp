@@ -4,25 +4,10 @@
 #include <iterator>
 
 #include <rapidjson/document.h>
-#include <rapidjson/error/en.h>
+
+#include "data/JsonText.h"
 
 namespace host {
-
-namespace {
-
-std::string position(const std::string& text, std::size_t offset) {
-    std::size_t line = 1;
-    std::size_t lineStart = 0;
-    for (std::size_t i = 0; i < offset && i < text.size(); ++i) {
-        if (text[i] == '\n') {
-            ++line;
-            lineStart = i + 1;
-        }
-    }
-    return "line " + std::to_string(line) + ", column " + std::to_string(offset - lineStart + 1);
-}
-
-}  // namespace
 
 bool StringTableFile::read(const std::string& path, std::vector<std::string>& problems) {
     sections_.clear();
@@ -33,11 +18,10 @@ bool StringTableFile::read(const std::string& path, std::vector<std::string>& pr
     }
     const std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
     rapidjson::Document doc;
-    doc.Parse(text.c_str(), text.size());
-    if (doc.HasParseError()) {
-        problems.push_back("The string table " + path + " is not valid JSON (" +
-                           position(text, doc.GetErrorOffset()) + ": " +
-                           rapidjson::GetParseError_En(doc.GetParseError()) + ").");
+    const JsonParseResult parsed = parseJsonText(doc, text);
+    if (!parsed.ok) {
+        problems.push_back("The string table " + path + " is not valid JSON (line " + std::to_string(parsed.line) +
+                           ", column " + std::to_string(parsed.column) + ": " + parsed.reason + ").");
         return false;
     }
     if (!doc.IsObject() || !doc.HasMember("procedures") || !doc["procedures"].IsObject()) {

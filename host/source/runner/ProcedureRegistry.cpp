@@ -10,7 +10,8 @@
 #include <sstream>
 
 #include <rapidjson/document.h>
-#include <rapidjson/error/en.h>
+
+#include "data/JsonText.h"
 
 namespace fs = std::filesystem;
 
@@ -63,11 +64,10 @@ void ProcedureRegistry::loadManifests(const std::string& folder) {
         std::stringstream buffer;
         buffer << in.rdbuf();
         rapidjson::Document doc;
-        doc.Parse(buffer.str().c_str());
-        if (doc.HasParseError() || !doc.IsObject())
+        const JsonParseResult parsed = parseJsonText(doc, buffer.str());
+        if (!parsed.ok || !doc.IsObject())
             throw ProcedureLoadError(path.string() + ": malformed manifest: " +
-                                     (doc.HasParseError() ? rapidjson::GetParseError_En(doc.GetParseError())
-                                                          : "not a JSON object"));
+                                     (!parsed.ok ? parsed.reason : "not a JSON object"));
         ProcedureInfo info;
         info.manifestPath = path.string();
         std::string command;

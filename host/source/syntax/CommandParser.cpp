@@ -183,7 +183,7 @@ void CommandParser::readItems(const Level& level, const std::string& extName, co
 void CommandParser::rejectSecondValue(const Level& level, const ParamDescriptor& previous, const Token& t) {
     const auto spec = previous.impl().spec;
     if (spec == UPSpecTypes::ParamBareKeyword || spec == UPSpecTypes::ParamQualifiedKeyword ||
-        spec == UPSpecTypes::ParamVariableList)
+        spec == UPSpecTypes::ParamVariableList || spec == UPSpecTypes::ParamVariableListContinued)
         return;
     const std::string context = joinContext(level.context, previous.getName());
     if (t.is(TokenKind::Number) || t.is(TokenKind::String))
@@ -232,6 +232,11 @@ ParamObj CommandParser::readParam(const ParamDescriptor& desc, const Level& leve
             break;
         case UPSpecTypes::ParamVariableList:
             expectEquals(context, desc);
+            readVariableList(context, desc, level, p);
+            break;
+        case UPSpecTypes::ParamVariableListContinued:
+            // Continues the list before it, as in "a b WITH c d"; "WITH=c d" is read alike.
+            if (peek().is(TokenKind::Equals)) take();
             readVariableList(context, desc, level, p);
             break;
         case UPSpecTypes::ParamFileSpec:

@@ -58,15 +58,24 @@ std::size_t VariableNameLocator::anchorOf(const std::string& subComName) const {
     return firstWord;
 }
 
+// Where the value of the parameter starts: after "=" when next is Equals, at
+// the word after the parameter's name when next is Word.
+std::size_t VariableNameLocator::valueStart(std::size_t anchor, const std::string& paramName, TokenKind next) const {
+    for (TokenWalk walk(text_, firstLine_); walk.valid(); walk.advance())
+        if (walk.index() >= anchor && isWord(walk.current(), paramName) && walk.next().is(next))
+            return walk.index() + (next == TokenKind::Equals ? 2 : 1);
+    return kNowhere;
+}
+
 bool VariableNameLocator::find(const std::string& subComName, const std::string& paramName, const std::string& name,
                                int occurrence, Token& at) const {
     const std::size_t anchor = anchorOf(subComName);
+    std::size_t start = valueStart(anchor, paramName, TokenKind::Equals);
+    // A list that continues another one ("a b WITH c d") has no "=".
+    if (start == kNowhere) start = valueStart(anchor, paramName, TokenKind::Word);
+    if (start == kNowhere) return false;
     TokenWalk walk(text_, firstLine_);
-    while (walk.valid() && walk.index() < anchor) walk.advance();
-    while (walk.valid() && !(isWord(walk.current(), paramName) && walk.next().is(TokenKind::Equals))) walk.advance();
-    if (!walk.valid()) return false;
-    walk.advance();
-    walk.advance();
+    while (walk.valid() && walk.index() < start) walk.advance();
 
     int seen = 0;
     for (; walk.valid(); walk.advance()) {

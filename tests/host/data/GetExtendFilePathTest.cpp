@@ -68,7 +68,8 @@ TEST_F(GetExtendFilePathTest, UnknownUserIsReported) {
 TEST_F(GetExtendFilePathTest, MissingFolderGivesEmptyPathAndAnError) {
     EXPECT_EQ(GetExtendFilePath("nofolder/out.csv", true, false, true), "");
     EXPECT_EQ(datatest::errorTexts(), (std::vector<std::string>{"Cannot use the file name \"nofolder/out.csv\": the "
-                                                                "folder \"" + cwd + "/nofolder\" does not exist."}));
+                                                                "folder \"" +
+                                                                cwd + "/nofolder\" does not exist."}));
 }
 
 TEST_F(GetExtendFilePathTest, ErrorsAreOnlyReportedWhenAsked) {

@@ -2,9 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <charconv>
 #include <clocale>
 #include <cmath>
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
@@ -137,4 +139,49 @@ TEST(NumberTextTest, CountsWrittenDecimals) {
     EXPECT_EQ(host::writtenDecimals("2e-3"), 0);
     EXPECT_EQ(host::writtenDecimals("2.5e-3"), 0);
     EXPECT_EQ(host::writtenDecimals(" -0.5 "), 1);
+}
+
+// Short decimals take a fast path; it must give exactly what the general
+// parser (std::from_chars, correctly rounded) gives.
+TEST(NumberTextTest, ShortDecimalsReadExactlyLikeTheGeneralParser) {
+    std::mt19937_64 random(11);
+    char text[40];
+    for (int i = 0; i < 200000; ++i) {
+        const int digits = 1 + static_cast<int>(random() % 17);
+        const int decimals = static_cast<int>(random() % (digits + 1));
+        std::string number = (random() % 2) ? "-" : "";
+        for (int d = 0; d < digits; ++d) {
+            if (d == digits - decimals) number += (d == 0 ? "0." : ".");
+            number += static_cast<char>('0' + random() % 10);
+        }
+        if (decimals == digits && digits > 0 && number.find('.') == std::string::npos) number = "0." + number;
+        std::snprintf(text, sizeof text, "%s", number.c_str());
+        double fast = 0.0;
+        double general = 0.0;
+        ASSERT_EQ(host::parseNumber(text, fast), NumberParse::Ok) << text;
+        std::from_chars(text, text + std::strlen(text), general);
+        ASSERT_EQ(std::memcmp(&fast, &general, sizeof fast), 0) << text;
+    }
+}
+
+TEST(NumberTextTest, StyledNumbers) {
+    double v = 0.0;
+    host::NumberStyle comma;
+    comma.decimal = ',';
+    EXPECT_EQ(host::parseNumber(" -2,5 ", v, comma), NumberParse::Ok);
+    EXPECT_EQ(v, -2.5);
+    EXPECT_EQ(host::parseNumber("2.5", v, comma), NumberParse::NotANumber);
+    host::NumberStyle grouped;
+    grouped.group = ' ';
+    grouped.decimal = ',';
+    EXPECT_EQ(host::parseNumber("1 234 567,25", v, grouped), NumberParse::Ok);
+    EXPECT_EQ(v, 1234567.25);
+    host::NumberStyle loose;
+    loose.bare = false;
+    EXPECT_EQ(host::parseNumber("EUR 95.5", v, loose), NumberParse::Ok);
+    EXPECT_EQ(v, 95.5);
+    EXPECT_EQ(host::parseNumber("-12%", v, loose), NumberParse::Ok);
+    EXPECT_EQ(v, -12.0);
+    EXPECT_EQ(host::parseNumber("%", v, loose), NumberParse::NotANumber);
+    EXPECT_EQ(host::writtenDecimals("1,250", ','), 3);
 }

@@ -18,8 +18,7 @@ protected:
     void TearDown() override { host::HostSession::instance().setActiveDataSet(nullptr); }
 
     void activate(const std::string& fixtureName) {
-        host::HostSession::instance().setActiveDataSet(
-            host::loadCsvDataSet(datatest::fixture(fixtureName), ""));
+        host::HostSession::instance().setActiveDataSet(host::loadCsvDataSet(datatest::fixture(fixtureName), ""));
     }
 };
 
@@ -68,8 +67,7 @@ TEST_F(ProcedureDataSourceTest, OutOfRangeVariableRefersToNone) {
 }
 
 TEST_F(ProcedureDataSourceTest, ValueLabelsAndTextVariables) {
-    host::HostSession::instance().setActiveDataSet(
-        host::loadCsvDataSet(datatest::example("study.csv"), ""));
+    host::HostSession::instance().setActiveDataSet(host::loadCsvDataSet(datatest::example("study.csv"), ""));
     ProcedureDataSource source;
     const VELA_Variable year = source.GetVariable(3);
     EXPECT_EQ(year.GetName(), "year");

@@ -374,8 +374,8 @@ TEST_F(UserOutputCaseFileTest, FolderWithTheTargetNameIsRefused) {
     } catch (const ErrorText& e) {
         EXPECT_EQ(e.GetText(), "Cannot write the data file \"" + target + "\": a folder of that name exists.");
     }
-    EXPECT_EQ(datatest::errorTexts(), (Names{"Cannot write the data file \"" + target +
-                                             "\": a folder of that name exists."}));
+    EXPECT_EQ(datatest::errorTexts(),
+              (Names{"Cannot write the data file \"" + target + "\": a folder of that name exists."}));
     EXPECT_EQ(listFolder(folder.path()), (Names{"out.csv"}));
     EXPECT_TRUE(listFolder(target).empty());
 }
@@ -466,8 +466,7 @@ TEST_F(UserOutputCaseFileTest, FullDiskKeepsTheOldFileAndLeavesNoTemporaryFile) 
             error = e.GetText();
         }
     }
-    EXPECT_EQ(error, "Cannot write the data file \"" + target + "\": cannot write \"" + target +
-                         "\": File too large.");
+    EXPECT_EQ(error, "Cannot write the data file \"" + target + "\": cannot write \"" + target + "\": File too large.");
     expectOldFilesUntouched();
 }
 
@@ -488,8 +487,8 @@ TEST_F(UserOutputCaseFileTest, FailedDictionaryPlacementPutsTheOldDataBack) {
     } catch (const ErrorText& e) {
         error = e.GetText();
     }
-    EXPECT_EQ(error, "Cannot write the dictionary \"" + schema + "\": cannot replace \"" + schema +
-                         "\": Is a directory.");
+    EXPECT_EQ(error,
+              "Cannot write the dictionary \"" + schema + "\": cannot replace \"" + schema + "\": Is a directory.");
     EXPECT_EQ(readFile(target), oldData);
     EXPECT_EQ(listFolder(folder.path()), (Names{"out.csv", "out.schema.json"}));
 }

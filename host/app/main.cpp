@@ -253,9 +253,13 @@ int run(Options& opt) {
         written &= ReportFile::write(
             opt.output, "output document", [&](std::ostream& out) { host::writeOutputDocument(out, runs); },
             standardOutput);
-    if (!opt.html.empty())
+    if (!opt.html.empty()) {
+        const host::ReportContext context{opt.data, data->caseCount(), data->variableCount(), opt.lang,
+                                          std::time(nullptr)};
         written &= ReportFile::write(
-            opt.html, "HTML report", [&](std::ostream& out) { host::writeHtmlReport(out, runs); }, standardOutput);
+            opt.html, "HTML report", [&](std::ostream& out) { host::writeHtmlReport(out, runs, context); },
+            standardOutput);
+    }
     return anyFailed || !written ? kExitCommandError : kExitOk;
 }
 

@@ -1,7 +1,9 @@
 #!/usr/bin/env bash
 # Renders distcorr's HTML report in headless Chromium and checks the result:
 # a small run (scatter plot drawn as SVG points) and a large run (drawn as a
-# density image), each with tables and an error message.
+# density image with its colour scale), each with the report's header, tables
+# and an error message; the large run's 100-column distance matrix must
+# scroll inside its box while the page itself fits the window.
 #
 #   tests/browser/check_html_report.sh [BUILD_DIR] [OUT_DIR]
 #
@@ -48,6 +50,31 @@ chrome() {
 
 count() { { grep -o "$1" "$2" || true; } | wc -l | tr -d ' '; }
 
+# The page in a frame of 1200 x 900 pixels, measured by a script of the
+# frame's parent (the report itself has no scripts): how many table boxes
+# scroll sideways, and whether the page fits the frame's width.
+check_layout() {
+    local name=$1 html=$2 frame=$OUT_DIR/$1.layout.html
+    cat > "$frame" <<EOF
+<!DOCTYPE html><html lang="en"><head><meta charset="utf-8"><title>layout</title></head><body>
+<iframe id="f" src="$(basename "$html")" width="1200" height="900"></iframe>
+<script>
+document.getElementById('f').addEventListener('load', function () {
+  var d = this.contentDocument, scrolls = 0;
+  d.querySelectorAll('.table-wrap').forEach(function (w) { if (w.scrollWidth > w.clientWidth + 1) scrolls++; });
+  var fits = d.documentElement.scrollWidth <= d.documentElement.clientWidth + 1;
+  document.body.setAttribute('data-layout', 'scrolling-boxes=' + scrolls + ' page-fits=' + fits);
+});
+</script></body></html>
+EOF
+    local layout
+    layout=$(chrome --allow-file-access-from-files --virtual-time-budget=10000 --dump-dom "file://$frame" \
+        | grep -o 'data-layout="[^"]*"' || true)
+    [[ $layout == 'data-layout="scrolling-boxes=1 page-fits=true"' ]] \
+        && pass "$name: the wide distance matrix scrolls inside its box; the page fits the window" \
+        || fail "$name: layout of wide tables: ${layout:-not measured}"
+}
+
 check_page() {
     local name=$1 cases=$2 mode=$3
     local csv=$OUT_DIR/$name.csv html=$OUT_DIR/$name.html dom=$OUT_DIR/$name.dom.html png=$OUT_DIR/$name.png
@@ -81,6 +108,13 @@ check_page() {
     grep -q '<li class="error">' "$dom" && pass "$name: error message shown" || fail "$name: no error message"
     grep -q '>Scatter Plot of pairwise distances</text>' "$dom" && pass "$name: chart title from GUIDE text.title" \
         || fail "$name: chart title missing"
+    grep -q "<dt>Loaded</dt><dd>$cases cases, 4 variables</dd>" "$dom" && grep -q '<dt>Data file</dt>' "$dom" \
+        && pass "$name: header names the data file and what was loaded" || fail "$name: report header missing"
+    if [[ $mode == density ]]; then
+        grep -q '>Points per cell</text>' "$dom" && pass "$name: density image has its colour scale" \
+            || fail "$name: no colour scale beside the density image"
+        check_layout "$name" "$html"
+    fi
 
     chrome --screenshot="$png" "file://$html" > /dev/null || true
     if [[ -s $png ]]; then

@@ -19,10 +19,17 @@ public:
     int firstColumn(int variable) const { return firstColumns_[static_cast<std::size_t>(variable)]; }
     // The variable whose values start at this column; -1 when none does.
     int variableStartingAt(int column) const;
+    // The variable's type: 0 numeric, else the text width.
+    int typeOf(int variable) const { return types_[static_cast<std::size_t>(variable)]; }
+    // A case of missing numbers and blank texts, copied to start a case
+    // without a look at each variable.
+    const std::vector<double>& blankCase() const { return blank_; }
 
 private:
     std::vector<int> firstColumns_;
     std::vector<int> variableAt_;  // per column; -1 for a continuation column
+    std::vector<int> types_;       // per variable
+    std::vector<double> blank_;    // per column
 };
 
 }  // namespace host

@@ -1,6 +1,8 @@
 #pragma once
+#include <cstddef>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "data/ColumnLayout.h"
 #include "data/MemoryDataSet.h"
@@ -10,14 +12,28 @@ class UserCaseFileSpec;
 
 namespace host {
 
+class OrderedTextPipeline;
+
 // A new data file being written: a CSV file and its Table Schema dictionary
 // beside it. The dictionary is built first; then cases are streamed to a
 // temporary file; close() writes the dictionary and only then puts both
 // files in place, so a failure never damages an existing file and leaves no
 // temporary file behind. Every failure is reported to the session and raised
 // as ErrorText naming the path and the system error.
+//
+// Cases are gathered into batches whose text is formatted on worker threads
+// and written in case order, so the file's bytes do not depend on the thread
+// count. A write failure is therefore raised by a later addCase() or by
+// close().
 class NewCaseFile {
 public:
+    // Where a variable's cells sit in a case, and its type (0 numeric, else
+    // the text width).
+    struct Column {
+        int first;
+        int type;
+    };
+
     explicit NewCaseFile(const UserCaseFileSpec& spec);
     NewCaseFile(const NewCaseFile&) = delete;
     NewCaseFile& operator=(const NewCaseFile&) = delete;
@@ -48,6 +64,7 @@ private:
 
     void requireOpen(const char* action);
     void writeRow(const std::string& row);
+    void submitBatch();
     void putFilesInPlace();
     [[noreturn]] void fail(const std::string& text);
 
@@ -58,7 +75,10 @@ private:
     ReplacingFile data_;
     ReplacingFile schema_;
     State state_ = State::Dictionary;
-    std::string row_;
+    std::vector<Column> columns_;
+    int caseColumns_ = 0;        // OBS per case
+    std::vector<double> batch_;  // cases not yet formatted, one after another
+    std::unique_ptr<OrderedTextPipeline> writer_;
 };
 
 }  // namespace host

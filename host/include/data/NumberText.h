@@ -1,4 +1,5 @@
 #pragma once
+#include <cstddef>
 #include <limits>
 #include <string>
 #include <string_view>
@@ -32,6 +33,15 @@ NumberParse parseNumber(std::string_view text, double& value, const NumberStyle&
 
 // The shortest text that reads back to exactly the same double.
 std::string formatNumber(double value);
+
+// Room that writeNumber needs: the longest shortest text of a double is 24
+// characters ("-2.2250738585072014e-308").
+constexpr std::size_t kNumberTextCapacity = 32;
+
+// Writes formatNumber's text at out, which has room for kNumberTextCapacity
+// characters, and returns the end of the text. No string is made, so large
+// blocks of numbers are formatted without an allocation per number.
+char* writeNumber(char* out, double value);
 
 // Number of digits after the decimal point as written ("1.250" -> 3,
 // "2e-3" -> 0: exponent forms are not counted).

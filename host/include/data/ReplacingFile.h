@@ -32,12 +32,15 @@ public:
 
 private:
     bool failWith(const std::string& what, int error);
+    bool startWriteback();
 
     std::string target_;
     std::string temporary_;
     std::string problem_;
     std::FILE* file_ = nullptr;
     bool placed_ = false;
+    std::size_t written_ = 0;  // bytes written so far
+    std::size_t syncing_ = 0;  // bytes whose writing to the disk has been started
     int cleanupSlot_ = -1;
 };
 

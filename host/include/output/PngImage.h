@@ -7,8 +7,7 @@
 
 namespace host {
 
-// An 8-bit palette image, encoded as PNG without compression (stored
-// deflate blocks): small images for density plots need no zlib.
+// An 8-bit palette image, encoded as PNG (deflate through zlib).
 class PngImage {
 public:
     using Colour = std::array<std::uint8_t, 3>;

@@ -1,4 +1,5 @@
 #pragma once
+#include <ctime>
 #include <iosfwd>
 #include <memory>
 #include <string>
@@ -34,9 +35,19 @@ void writeOutputDocument(std::ostream& out, const std::vector<RunRecord>& runs);
 // standard error as they arise). Nothing when the run has no output.
 void renderText(std::ostream& out, const RunRecord& run);
 
-// One self-contained HTML page (no external resources) with every run's
-// command, messages, tables and charts.
-void writeHtmlReport(std::ostream& out, const std::vector<RunRecord>& runs);
+// What the HTML report's header tells about the session, from the caller.
+struct ReportContext {
+    std::string dataFile;     // the data file as the user named it
+    std::size_t cases = 0;    // cases loaded
+    int variables = 0;        // variables loaded
+    std::string language;     // language of the output labels, "" for English
+    std::time_t created = 0;  // when the report was made, shown in local time
+};
+
+// One self-contained HTML page (no external resources, styles in its head)
+// with a header of the context's facts and the distcorr version, then every
+// run's command, messages, tables and charts.
+void writeHtmlReport(std::ostream& out, const std::vector<RunRecord>& runs, const ReportContext& context);
 
 // Charts with more points than this are drawn as a density image.
 constexpr std::size_t kHtmlPointLimit = 20000;

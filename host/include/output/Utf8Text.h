@@ -8,8 +8,9 @@ namespace host {
 // U+FFFD, so that JSON and HTML output stay well-formed.
 std::string validUtf8(const std::string& text);
 
-// Number of characters (code points) of a UTF-8 text, the width the text
-// takes in a terminal for the scripts our labels use.
+// Number of terminal cells a UTF-8 text takes: East Asian wide and
+// full-width characters count two, combining marks and other zero-width or
+// non-printing characters none, an invalid byte one (it shows as U+FFFD).
 std::size_t displayWidth(const std::string& text);
 
 }  // namespace host

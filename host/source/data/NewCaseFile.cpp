@@ -3,11 +3,14 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
+#include <unordered_set>
 #include <vector>
 
 #include "UserCaseFileSpec.h"
@@ -17,7 +20,7 @@
 #include "data/NumberText.h"
 #include "data/TableSchemaWriter.h"
 #include "data/TemporaryFileRegistry.h"
-#include "data/VariableName.h"
+#include "output/OrderedTextPipeline.h"
 
 namespace host {
 
@@ -37,24 +40,79 @@ bool exists(const std::string& path) {
 
 std::string quoted(const std::string& path) { return "\"" + path + "\""; }
 
-// A CSV cell: quoted when it holds a comma, a quote, a line break or blanks
-// at its ends, so that it reads back unchanged.
-void appendCell(std::string& row, const char* text, std::size_t length) {
-    bool needsQuotes = length > 0 && (text[0] == ' ' || text[0] == '\t' || text[length - 1] == ' ' ||
-                                      text[length - 1] == '\t');
-    for (std::size_t i = 0; i < length && !needsQuotes; ++i)
-        needsQuotes = text[i] == ',' || text[i] == '"' || text[i] == '\n' || text[i] == '\r';
-    if (!needsQuotes) {
-        row.append(text, length);
-        return;
+// Text of batches of cases: rows of CSV cells, each row ended by CRLF. It
+// replaces what the text holds; the text's memory is reused, and only its
+// growth is cleared.
+class RowFormatter {
+public:
+    explicit RowFormatter(std::string& text) : text_(text) {}
+
+    void row(const double* observations, const std::vector<NewCaseFile::Column>& columns) {
+        const std::size_t start = used_;
+        for (std::size_t v = 0; v < columns.size(); ++v) {
+            if (v > 0) put(',');
+            const double* cell = observations + columns[v].first;
+            const int type = columns[v].type;
+            if (type == 0) {
+                // Missing and non-finite numbers are written as empty cells.
+                if (!isSystemMissing(*cell) && std::isfinite(*cell)) {
+                    reserve(kNumberTextCapacity);
+                    used_ = static_cast<std::size_t>(writeNumber(&text_[used_], *cell) - text_.data());
+                }
+                continue;
+            }
+            const char* bytes = reinterpret_cast<const char*>(cell);
+            std::size_t length = ::strnlen(bytes, static_cast<std::size_t>(type));
+            while (length > 0 && bytes[length - 1] == ' ') --length;  // text is padded with blanks
+            textCell(bytes, length);
+        }
+        // A lone empty cell is quoted: a blank line would read as no case at all.
+        if (used_ == start) {
+            put('"');
+            put('"');
+        }
+        put('\r');
+        put('\n');
     }
-    row += '"';
-    for (std::size_t i = 0; i < length; ++i) {
-        if (text[i] == '"') row += '"';
-        row += text[i];
+
+    void end() { text_.resize(used_); }
+
+private:
+    void reserve(std::size_t count) {
+        if (used_ + count > text_.size()) text_.resize(std::max(2 * text_.size(), used_ + count + 4096));
     }
-    row += '"';
-}
+    void put(char c) {
+        reserve(1);
+        text_[used_++] = c;
+    }
+
+    // A CSV cell: quoted when it holds a comma, a quote, a line break or
+    // blanks at its ends, so that it reads back unchanged.
+    void textCell(const char* text, std::size_t length) {
+        bool needsQuotes =
+            length > 0 && (text[0] == ' ' || text[0] == '\t' || text[length - 1] == ' ' || text[length - 1] == '\t');
+        for (std::size_t i = 0; i < length && !needsQuotes; ++i)
+            needsQuotes = text[i] == ',' || text[i] == '"' || text[i] == '\n' || text[i] == '\r';
+        reserve(2 * length + 2);
+        if (!needsQuotes) {
+            std::memcpy(&text_[used_], text, length);
+            used_ += length;
+            return;
+        }
+        text_[used_++] = '"';
+        for (std::size_t i = 0; i < length; ++i) {
+            if (text[i] == '"') text_[used_++] = '"';
+            text_[used_++] = text[i];
+        }
+        text_[used_++] = '"';
+    }
+
+    std::string& text_;
+    std::size_t used_ = 0;
+};
+
+// Cases per batch: about this many OBS, and at least one case.
+constexpr std::size_t kBatchObservations = 32768;
 
 }  // namespace
 
@@ -148,17 +206,29 @@ void NewCaseFile::endDictionary() {
     const int count = dictionary_->variableCount();
     if (count == 0) fail("The data file " + quoted(dataPath_) + " has no variables.");
     std::string header;
+    // Names as they are matched (ASCII letters in upper case), so that a file
+    // of many columns is checked in linear time.
+    std::unordered_set<std::string> matched;
     for (int v = 0; v < count; ++v) {
         const std::string& name = dictionary_->variable(v).name;
-        for (int w = 0; w < v; ++w)
-            if (sameVariableName(dictionary_->variable(w).name, name))
-                fail("The data file " + quoted(dataPath_) + " has two variables named \"" + name + "\".");
+        std::string key = name;
+        for (char& c : key)
+            if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+        if (!matched.insert(std::move(key)).second)
+            fail("The data file " + quoted(dataPath_) + " has two variables named \"" + name + "\".");
         if (v > 0) header += ',';
         header += name;
     }
     layout_ = std::make_unique<ColumnLayout>(*dictionary_);
+    for (int v = 0; v < count; ++v) columns_.push_back({layout_->firstColumn(v), dictionary_->variable(v).type});
+    caseColumns_ = layout_->columnCount();
     state_ = State::Cases;
     writeRow(header);
+    writer_ =
+        std::make_unique<OrderedTextPipeline>(OrderedTextPipeline::defaultThreads(), [this](const std::string& text) {
+            if (!data_.write(text))
+                fail("Cannot write the data file " + quoted(dataPath_) + ": " + data_.problem() + ".");
+        });
 }
 
 void NewCaseFile::writeRow(const std::string& row) {
@@ -174,24 +244,22 @@ void NewCaseFile::addCase(const double* observations) {
                        " before its dictionary is complete.");
     if (state_ == State::Closed)
         raiseHostError("Cannot add a case to the data file " + quoted(dataPath_) + ": it is already closed.");
-    row_.clear();
-    for (int v = 0; v < layout_->variableCount(); ++v) {
-        if (v > 0) row_ += ',';
-        const double* cell = observations + layout_->firstColumn(v);
-        const int type = dictionary_->variable(v).type;
-        if (type == 0) {
-            // Missing and non-finite numbers are written as empty cells.
-            if (!isSystemMissing(*cell) && std::isfinite(*cell)) row_ += formatNumber(*cell);
-            continue;
-        }
-        const char* bytes = reinterpret_cast<const char*>(cell);
-        std::size_t length = ::strnlen(bytes, static_cast<std::size_t>(type));
-        while (length > 0 && bytes[length - 1] == ' ') --length;  // text is padded with blanks
-        appendCell(row_, bytes, length);
-    }
-    // A lone empty cell is quoted: a blank line would read as no case at all.
-    if (row_.empty()) row_ = "\"\"";
-    writeRow(row_);
+    batch_.insert(batch_.end(), observations, observations + caseColumns_);
+    if (batch_.size() >= kBatchObservations) submitBatch();
+}
+
+void NewCaseFile::submitBatch() {
+    if (batch_.empty()) return;
+    auto cases = std::make_shared<std::vector<double>>(std::move(batch_));
+    const std::vector<Column>* columns = &columns_;
+    const std::size_t width = static_cast<std::size_t>(caseColumns_);
+    batch_.clear();
+    batch_.reserve(std::max(kBatchObservations, width) + width);
+    writer_->submit([cases, columns, width](std::string& text) {
+        RowFormatter rows(text);
+        for (std::size_t at = 0; at < cases->size(); at += width) rows.row(cases->data() + at, *columns);
+        rows.end();
+    });
 }
 
 void NewCaseFile::close() {
@@ -199,6 +267,8 @@ void NewCaseFile::close() {
     if (state_ == State::Failed)
         raiseHostError("The data file " + quoted(dataPath_) + " was not written because of an earlier error.");
     if (state_ == State::Dictionary) endDictionary();
+    submitBatch();
+    writer_->finish();
     if (!schema_.write(writeTableSchema(*dictionary_)))
         fail("Cannot write the dictionary " + quoted(schemaPath_) + ": " + schema_.problem() + ".");
     if (!data_.finish()) fail("Cannot write the data file " + quoted(dataPath_) + ": " + data_.problem() + ".");

@@ -128,10 +128,11 @@ NumberParse parseNumber(std::string_view text, double& value, const NumberStyle&
     return parseTrimmedNumber(plain, value);
 }
 
+char* writeNumber(char* out, double value) { return std::to_chars(out, out + kNumberTextCapacity, value).ptr; }
+
 std::string formatNumber(double value) {
-    char buffer[64];
-    const std::to_chars_result result = std::to_chars(buffer, buffer + sizeof buffer, value);
-    return std::string(buffer, result.ptr);
+    char buffer[kNumberTextCapacity];
+    return std::string(buffer, writeNumber(buffer, value));
 }
 
 int writtenDecimals(std::string_view text, char decimal) {

@@ -1,5 +1,6 @@
 #include "data/ReplacingFile.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -12,6 +13,10 @@
 #include "data/TemporaryFileRegistry.h"
 
 namespace host {
+
+namespace {
+constexpr std::size_t kWritebackStep = std::size_t{8} << 20;
+}  // namespace
 
 std::string folderOf(const std::string& path) {
     const std::size_t slash = path.find_last_of('/');
@@ -55,6 +60,20 @@ bool ReplacingFile::write(std::string_view bytes) {
     errno = 0;
     if (std::fwrite(bytes.data(), 1, bytes.size(), file_) != bytes.size())
         return failWith("cannot write \"" + target_ + "\"", errno != 0 ? errno : EIO);
+    written_ += bytes.size();
+    if (written_ - syncing_ >= kWritebackStep && !startWriteback())
+        return failWith("cannot write \"" + target_ + "\"", errno != 0 ? errno : EIO);
+    return true;
+}
+
+// Starts writing what is written so far to the disk, without waiting, so that
+// a large file goes to the disk while it is being made and finish() waits only
+// for the rest. Only the flush can fail; the disk's own errors reach finish().
+bool ReplacingFile::startWriteback() {
+    if (std::fflush(file_) != 0) return false;
+    ::sync_file_range(::fileno(file_), static_cast<off_t>(syncing_), static_cast<off_t>(written_ - syncing_),
+                      SYNC_FILE_RANGE_WRITE);
+    syncing_ = written_;
     return true;
 }
 

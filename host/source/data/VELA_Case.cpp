@@ -22,16 +22,8 @@ int variableAtColumn(const VELA_DataSource& source, int column) {
 VELA_Case::VELA_Case(const VELA_DataSource& source, OBS* buffer) : source_(source), buffer_(buffer) {}
 
 void VELA_Case::InitCase() {
-    const host::DataSet& data = *source_.impl()->data;
-    const host::ColumnLayout& layout = source_.impl()->layout();
-    for (int v = 0; v < layout.variableCount(); ++v) {
-        OBS* cell = buffer_ + layout.firstColumn(v);
-        const int type = data.variable(v).type;
-        if (type == 0)
-            *cell = host::kSystemMissing;
-        else
-            std::memset(cell, ' ', sizeof(OBS) * static_cast<std::size_t>(host::ColumnLayout::columnsOfType(type)));
-    }
+    const std::vector<double>& blank = source_.impl()->layout().blankCase();
+    std::memcpy(buffer_, blank.data(), sizeof(OBS) * blank.size());
 }
 
 void VELA_Case::SetColumnValue(int column, const char* text, int length) {
@@ -51,7 +43,7 @@ void VELA_Case::SetColumnValue(int column, const char* text, int length) {
 
 void VELA_Case::SetColumnValue(int column, double value) {
     const int variable = variableAtColumn(source_, column);
-    if (source_.impl()->data->variable(variable).type != 0)
+    if (source_.impl()->layout().typeOf(variable) != 0)
         host::raiseHostError("Cannot put a number into column " + std::to_string(column) +
                              ": its variable is a text variable.");
     buffer_[column] = value;

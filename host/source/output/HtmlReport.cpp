@@ -1,8 +1,15 @@
-#include <ostream>
+#include <time.h>
 
+#include <ctime>
+#include <ostream>
+#include <set>
+#include <sstream>
+
+#include "Version.h"
 #include "output/ChartView.h"
 #include "output/HtmlTableRenderer.h"
 #include "output/HtmlText.h"
+#include "output/NumberText.h"
 #include "output/PivotLayout.h"
 #include "output/Report.h"
 #include "output/SvgChartRenderer.h"
@@ -11,7 +18,8 @@ namespace host {
 
 namespace {
 
-const char* kStyle = R"(body{font-family:"DejaVu Sans",Arial,Helvetica,sans-serif;font-size:14px;color:#222;margin:24px;background:#fff}
+const char* kStyle =
+    R"(body{font-family:"DejaVu Sans",Arial,Helvetica,sans-serif;font-size:14px;color:#222;margin:24px;background:#fff}
 h1{font-size:22px;margin:0 0 16px}
 h2{font-size:18px;margin:20px 0 8px}
 section.run{border-top:2px solid #4a6d8c;padding-top:8px;margin-bottom:32px}
@@ -22,7 +30,12 @@ li.error{background:#fdecea;border-color:#c62828}
 li.warning{background:#fff8e1;border-color:#f9a825}
 li.note{background:#eef3f8;border-color:#4a6d8c}
 .level{font-weight:bold;margin-right:6px}
-.table-wrap{overflow-x:auto;margin:12px 0 20px}
+header.report{margin:0 0 24px}
+header.report h1{margin-bottom:8px}
+dl.facts{display:grid;grid-template-columns:max-content auto;gap:2px 16px;margin:0;font-size:13px}
+dl.facts dt{color:#555}
+dl.facts dd{margin:0}
+.table-wrap{overflow-x:auto;max-width:100%;margin:12px 0 20px}
 table.pivot{border-collapse:collapse;font-size:13px}
 table.pivot caption{text-align:left;font-weight:bold;font-size:15px;padding:4px 0}
 table.pivot th,table.pivot td{border:1px solid #c4ccd4;padding:3px 8px}
@@ -41,6 +54,8 @@ svg .title{font-size:15px;font-weight:bold;fill:#222}
 svg .axis-label{font-size:13px;fill:#222}
 svg .pt{fill:#1f5fa8;fill-opacity:0.55}
 svg .density{image-rendering:pixelated}
+svg .legend-title{font-size:11px;fill:#222}
+svg .swatch{stroke:#8a96a3;stroke-width:0.5}
 )";
 
 std::string stringMember(const rapidjson::Value& object, const char* name) {
@@ -67,7 +82,14 @@ const char* levelTitle(MessageLevel level) {
     return "Note";
 }
 
-void writeRun(std::ostream& out, const RunRecord& run, std::size_t runIndex) {
+// The data file as the user named it; "-" is standard input.
+std::string dataName(const ReportContext& context) {
+    return context.dataFile == "-" ? "standard input" : context.dataFile;
+}
+
+std::string pageLanguage(const ReportContext& context) { return context.language.empty() ? "en" : context.language; }
+
+void writeRun(std::ostream& out, const RunRecord& run, std::size_t runIndex, std::set<int>& minWidths) {
     out << "<section class=\"run\">\n<pre class=\"command\">" << htmlEscape(run.command) << "</pre>\n";
     if (!run.messages.empty()) {
         out << "<ul class=\"messages\">\n";
@@ -87,10 +109,12 @@ void writeRun(std::ostream& out, const RunRecord& run, std::size_t runIndex) {
             for (const auto& item : items->value.GetArray()) {
                 ++itemIndex;
                 const std::string type = stringMember(item, "type");
-                if (type == "table")
-                    HtmlTableRenderer::render(out, PivotLayout(item),
+                if (type == "table") {
+                    const PivotLayout table(item);
+                    if (table.minColumnWidth > 0) minWidths.insert(table.minColumnWidth);
+                    HtmlTableRenderer::render(out, table,
                                               "t" + std::to_string(runIndex) + "-" + std::to_string(itemIndex));
-                else if (type == "chart")
+                } else if (type == "chart")
                     SvgChartRenderer::render(out, ChartView(item, run.charts), kHtmlPointLimit);
             }
         }
@@ -98,16 +122,50 @@ void writeRun(std::ostream& out, const RunRecord& run, std::size_t runIndex) {
     out << "</section>\n";
 }
 
+// "2026-11-22 21:40:05 CET" and, for the datetime attribute, the same
+// moment as "2026-11-22T21:40:05+01:00".
+void writeTime(std::ostream& out, std::time_t time) {
+    std::tm local{};
+    ::localtime_r(&time, &local);
+    char shown[64], zone[8], stamp[32];
+    std::strftime(shown, sizeof shown, "%Y-%m-%d %H:%M:%S %Z", &local);
+    std::strftime(zone, sizeof zone, "%z", &local);
+    std::strftime(stamp, sizeof stamp, "%Y-%m-%dT%H:%M:%S", &local);
+    const std::string offset = std::string(zone).size() == 5 ? std::string(zone, 3) + ":" + (zone + 3) : "Z";
+    out << "<time datetime=\"" << stamp << offset << "\">" << htmlEscape(shown) << "</time>";
+}
+
+void writeHeader(std::ostream& out, const ReportContext& context) {
+    const std::string data = dataName(context);
+    const std::size_t slash = data.find_last_of('/');
+    const std::string fileName = slash == std::string::npos ? data : data.substr(slash + 1);
+    out << "<header class=\"report\">\n<h1>distcorr report: " << htmlEscape(fileName) << "</h1>\n<dl class=\"facts\">\n"
+        << "<dt>Data file</dt><dd>" << htmlEscape(data) << "</dd>\n"
+        << "<dt>Loaded</dt><dd>" << groupedCount(context.cases) << (context.cases == 1 ? " case, " : " cases, ")
+        << context.variables << (context.variables == 1 ? " variable" : " variables") << "</dd>\n"
+        << "<dt>Created</dt><dd>";
+    writeTime(out, context.created);
+    out << "</dd>\n<dt>Version</dt><dd>distcorr " << htmlEscape(version()) << "</dd>\n"
+        << "<dt>Language</dt><dd>" << htmlEscape(pageLanguage(context)) << "</dd>\n</dl>\n</header>\n";
+}
+
 }  // namespace
 
-void writeHtmlReport(std::ostream& out, const std::vector<RunRecord>& runs) {
-    const std::string& language = HostSession::instance().language();
-    out << "<!DOCTYPE html>\n<html lang=\"" << htmlEscape(language.empty() ? "en" : language)
-        << "\">\n<head>\n<meta charset=\"utf-8\">\n<title>Output</title>\n<style>\n"
-        << kStyle << "</style>\n</head>\n<body>\n<h1>Output</h1>\n";
+void writeHtmlReport(std::ostream& out, const std::vector<RunRecord>& runs, const ReportContext& context) {
+    // The runs first, so that the style sheet in the head can hold the rule
+    // of every table's minimum column width.
+    std::ostringstream body;
+    std::set<int> minWidths;
     std::size_t index = 0;
-    for (const RunRecord& run : runs) writeRun(out, run, ++index);
-    out << "</body>\n</html>\n";
+    for (const RunRecord& run : runs) writeRun(body, run, ++index, minWidths);
+    const std::string title = "distcorr report: " + dataName(context);
+    out << "<!DOCTYPE html>\n<html lang=\"" << htmlEscape(pageLanguage(context))
+        << "\">\n<head>\n<meta charset=\"utf-8\">\n<title>" << htmlEscape(title) << "</title>\n<style>\n"
+        << kStyle;
+    for (int width : minWidths) out << HtmlTableRenderer::minWidthStyle(width) << '\n';
+    out << "</style>\n</head>\n<body>\n";
+    writeHeader(out, context);
+    out << body.str() << "</body>\n</html>\n";
 }
 
 }  // namespace host

@@ -4,10 +4,17 @@
 
 namespace host {
 
+std::string HtmlTableRenderer::minWidthClass(int width) { return "min-" + std::to_string(width); }
+
+std::string HtmlTableRenderer::minWidthStyle(int width) {
+    const std::string table = "table." + minWidthClass(width);
+    return table + " td.num," + table + " th.leaf{min-width:" + std::to_string(width) + "px}";
+}
+
 void HtmlTableRenderer::render(std::ostream& out, const PivotLayout& t, const std::string& id) {
-    if (t.minColumnWidth > 0)
-        out << "<style>#" << id << " td.num,#" << id << " th.leaf{min-width:" << t.minColumnWidth << "px}</style>\n";
-    out << "<div class=\"table-wrap\">\n<table class=\"pivot\" id=\"" << id << "\">\n";
+    out << "<div class=\"table-wrap\">\n<table class=\"pivot";
+    if (t.minColumnWidth > 0) out << ' ' << minWidthClass(t.minColumnWidth);
+    out << "\" id=\"" << id << "\">\n";
     if (t.showTitle) {
         out << "<caption>" << htmlEscape(t.title);
         if (!t.titleMarkers.empty()) out << "<sup>" << htmlEscape(t.titleMarkers) << "</sup>";
@@ -18,15 +25,16 @@ void HtmlTableRenderer::render(std::ostream& out, const PivotLayout& t, const st
         for (std::size_t r = 0; r < t.headerRows; ++r) {
             out << "<tr>";
             if (r == 0) {
-                out << "<th class=\"stubhead\" colspan=\"" << t.stubColumns << "\" rowspan=\"" << t.headerRows << "\">"
-                    << htmlEscape(t.stubHeader) << "</th>";
+                out << "<th class=\"stubhead\" scope=\"col\" colspan=\"" << t.stubColumns << "\" rowspan=\""
+                    << t.headerRows << "\">" << htmlEscape(t.stubHeader) << "</th>";
             }
             for (const auto& h : t.headers) {
                 if (h.row != r) continue;
                 if (h.isGroup) {
-                    out << "<th class=\"group\" colspan=\"" << h.columnSpan << "\">" << htmlEscape(h.text) << "</th>";
+                    out << "<th class=\"group\" scope=\"col\" colspan=\"" << h.columnSpan << "\">" << htmlEscape(h.text)
+                        << "</th>";
                 } else {
-                    out << "<th class=\"leaf\"";
+                    out << "<th class=\"leaf\" scope=\"col\"";
                     if (h.rowSpan > 1) out << " rowspan=\"" << h.rowSpan << "\"";
                     out << ">" << htmlEscape(h.text) << "</th>";
                 }

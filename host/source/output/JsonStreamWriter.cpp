@@ -1,9 +1,13 @@
 #include "output/JsonStreamWriter.h"
 
-#include <charconv>
 #include <cmath>
+#include <cstring>
 
-#include "output/NumberText.h"
+#include <rapidjson/stringbuffer.h>
+#include <rapidjson/writer.h>
+
+#include "data/NumberText.h"
+#include "output/OrderedTextPipeline.h"
 #include "output/Utf8Text.h"
 
 namespace host {
@@ -12,117 +16,113 @@ namespace {
 
 bool isPlain(const rapidjson::Value& v) { return !v.IsObject() && !v.IsArray(); }
 
+// Control characters that RapidJSON writes as \u00XX with an upper-case hex
+// letter; the document has always had them in lower case.
+bool hasLetterEscape(const char* text, std::size_t length) {
+    for (std::size_t i = 0; i < length; ++i) {
+        const auto c = static_cast<unsigned char>(text[i]);
+        if (c < 0x20 && (c & 0xF) >= 0xA && c != '\n' && c != '\f' && c != '\r') return true;
+    }
+    return false;
+}
+
+// The escaped JSON string (quotes included) with its \u escapes in lower case.
+std::string lowerCaseEscapes(const char* text, std::size_t length) {
+    rapidjson::StringBuffer buffer;
+    rapidjson::Writer<rapidjson::StringBuffer> escaper(buffer);
+    escaper.String(text, static_cast<rapidjson::SizeType>(length));
+    std::string json(buffer.GetString(), buffer.GetSize());
+    for (std::size_t i = 0; i + 1 < json.size(); ++i) {
+        if (json[i] != '\\') continue;
+        if (json[i + 1] == 'u')
+            for (std::size_t k = i + 2; k < i + 6 && k < json.size(); ++k)
+                if (json[k] >= 'A' && json[k] <= 'F') json[k] = static_cast<char>(json[k] - 'A' + 'a');
+        ++i;  // the escaped character is not the start of another escape
+    }
+    return json;
+}
+
 }  // namespace
 
-void JsonStreamWriter::beforeValue() {
-    if (afterKey_) {
-        afterKey_ = false;
-        return;
-    }
-    if (stack_.empty()) return;
-    Level& level = stack_.back();
-    if (!level.empty) out_ << ',';
-    if (level.singleLine) {
-        if (!level.empty) out_ << ' ';
-    } else {
-        newline();
-    }
-    level.empty = false;
-}
-
-void JsonStreamWriter::newline() {
-    out_ << '\n';
-    for (std::size_t i = 0; i < stack_.size(); ++i) out_ << "  ";
-}
-
-void JsonStreamWriter::writeString(const std::string& raw) {
-    static const char* hex = "0123456789abcdef";
-    const std::string text = validUtf8(raw);
-    out_ << '"';
-    for (char ch : text) {
-        const auto c = static_cast<unsigned char>(ch);
-        switch (c) {
-        case '"': out_ << "\\\""; break;
-        case '\\': out_ << "\\\\"; break;
-        case '\b': out_ << "\\b"; break;
-        case '\f': out_ << "\\f"; break;
-        case '\n': out_ << "\\n"; break;
-        case '\r': out_ << "\\r"; break;
-        case '\t': out_ << "\\t"; break;
-        default:
-            if (c < 0x20)
-                out_ << "\\u00" << hex[c >> 4] << hex[c & 0xF];
-            else
-                out_ << ch;
+void formatNumberList(std::string& text, const double* values, std::size_t count) {
+    const std::size_t room = count * (kNumberTextCapacity + 2);
+    if (text.size() < room) text.resize(room);
+    char* out = &text[0];
+    for (std::size_t i = 0; i < count; ++i) {
+        if (i > 0) {
+            *out++ = ',';
+            *out++ = ' ';
+        }
+        if (std::isfinite(values[i])) {
+            out = writeNumber(out, values[i]);
+        } else {
+            std::memcpy(out, "null", 4);
+            out += 4;
         }
     }
-    out_ << '"';
+    text.resize(static_cast<std::size_t>(out - text.data()));
 }
 
-void JsonStreamWriter::beginObject() {
-    beforeValue();
-    out_ << '{';
-    stack_.push_back({true, false, true});
+JsonStreamWriter::JsonStreamWriter(std::ostream& out, unsigned threads)
+    : stream_(out), writer_(stream_), threads_(threads) {
+    writer_.SetIndent(' ', 2);
 }
 
-void JsonStreamWriter::endObject() {
-    const bool empty = stack_.back().empty;
-    stack_.pop_back();
-    if (!empty) newline();
-    out_ << '}';
+void JsonStreamWriter::setLayoutOfInnermostArray() {
+    const bool singleLine = !singleLineArrays_.empty() && singleLineArrays_.back();
+    writer_.SetFormatOptions(singleLine ? rapidjson::kFormatSingleLineArray : rapidjson::kFormatDefault);
 }
+
+void JsonStreamWriter::beginObject() { writer_.StartObject(); }
+
+void JsonStreamWriter::endObject() { writer_.EndObject(); }
 
 void JsonStreamWriter::beginArray(bool singleLine) {
-    beforeValue();
-    out_ << '[';
-    stack_.push_back({false, singleLine, true});
+    // The array's own place is laid out as its parent says, its elements as it says.
+    writer_.StartArray();
+    singleLineArrays_.push_back(singleLine);
+    setLayoutOfInnermostArray();
 }
 
 void JsonStreamWriter::endArray() {
-    const Level level = stack_.back();
-    stack_.pop_back();
-    if (!level.empty && !level.singleLine) newline();
-    out_ << ']';
+    writer_.EndArray();
+    singleLineArrays_.pop_back();
+    setLayoutOfInnermostArray();
 }
 
-void JsonStreamWriter::key(const std::string& name) {
-    Level& level = stack_.back();
-    if (!level.empty) out_ << ',';
-    newline();
-    level.empty = false;
-    writeString(name);
-    out_ << ": ";
-    afterKey_ = true;
+void JsonStreamWriter::writeString(const char* text, std::size_t length) {
+    const std::string valid = validUtf8(std::string(text, length));
+    if (hasLetterEscape(valid.data(), valid.size())) {
+        const std::string json = lowerCaseEscapes(valid.data(), valid.size());
+        writer_.RawValue(json.data(), json.size(), rapidjson::kStringType);
+    } else {
+        writer_.String(valid.data(), static_cast<rapidjson::SizeType>(valid.size()));
+    }
 }
 
-void JsonStreamWriter::string(const std::string& text) {
-    beforeValue();
-    writeString(text);
-}
+void JsonStreamWriter::key(const std::string& name) { writeString(name.data(), name.size()); }
+
+void JsonStreamWriter::string(const std::string& text) { writeString(text.data(), text.size()); }
 
 void JsonStreamWriter::number(double value) {
-    beforeValue();
-    if (std::isfinite(value))
-        out_ << shortestNumber(value);
-    else
-        out_ << "null";
+    if (!std::isfinite(value)) {
+        writer_.Null();
+        return;
+    }
+    char text[kNumberTextCapacity];
+    const char* end = writeNumber(text, value);
+    writer_.RawValue(text, static_cast<std::size_t>(end - text), rapidjson::kNumberType);
 }
 
-void JsonStreamWriter::boolean(bool value) {
-    beforeValue();
-    out_ << (value ? "true" : "false");
-}
+void JsonStreamWriter::boolean(bool value) { writer_.Bool(value); }
 
-void JsonStreamWriter::null() {
-    beforeValue();
-    out_ << "null";
-}
+void JsonStreamWriter::null() { writer_.Null(); }
 
 void JsonStreamWriter::value(const rapidjson::Value& v) {
     if (v.IsObject()) {
         beginObject();
         for (const auto& member : v.GetObject()) {
-            key(std::string(member.name.GetString(), member.name.GetStringLength()));
+            writeString(member.name.GetString(), member.name.GetStringLength());
             value(member.value);
         }
         endObject();
@@ -133,15 +133,13 @@ void JsonStreamWriter::value(const rapidjson::Value& v) {
         for (const auto& element : v.GetArray()) value(element);
         endArray();
     } else if (v.IsString()) {
-        string(std::string(v.GetString(), v.GetStringLength()));
+        writeString(v.GetString(), v.GetStringLength());
     } else if (v.IsBool()) {
         boolean(v.GetBool());
     } else if (v.IsInt64()) {
-        beforeValue();
-        out_ << v.GetInt64();
+        writer_.Int64(v.GetInt64());
     } else if (v.IsUint64()) {
-        beforeValue();
-        out_ << v.GetUint64();
+        writer_.Uint64(v.GetUint64());
     } else if (v.IsNumber()) {
         number(v.GetDouble());
     } else {
@@ -151,31 +149,27 @@ void JsonStreamWriter::value(const rapidjson::Value& v) {
 
 void JsonStreamWriter::numberArray(const std::vector<double>& values) {
     beginArray(true);
-    // Formatted in blocks: one write per block instead of one per number.
-    constexpr std::size_t kBlock = 1 << 16;
-    char buffer[kBlock + 64];
-    std::size_t used = 0;
-    Level& level = stack_.back();
-    for (double v : values) {
-        if (!level.empty) {
-            buffer[used++] = ',';
-            buffer[used++] = ' ';
-        }
-        level.empty = false;
-        if (std::isfinite(v)) {
-            used = static_cast<std::size_t>(std::to_chars(buffer + used, buffer + sizeof buffer, v).ptr - buffer);
-        } else {
-            for (char c : {'n', 'u', 'l', 'l'}) buffer[used++] = c;
-        }
-        if (used >= kBlock) {
-            out_.write(buffer, static_cast<std::streamsize>(used));
-            used = 0;
-        }
+    // Each block is one raw value to the writer, which puts ", " between the
+    // blocks as between any two elements. The writer is given an empty value
+    // for the separator, and the block's bytes go to the stream in one copy
+    // rather than through its character-by-character raw value.
+    const unsigned threads = values.size() > 2 * kBlockNumbers ? threads_ : 1;
+    OrderedTextPipeline blocks(threads, [this](const std::string& text) {
+        writer_.RawValue(text.data(), 0, rapidjson::kNumberType);
+        stream_.Write(text.data(), text.size());
+    });
+    for (std::size_t first = 0; first < values.size(); first += kBlockNumbers) {
+        const double* start = values.data() + first;
+        const std::size_t count = std::min(kBlockNumbers, values.size() - first);
+        blocks.submit([start, count](std::string& text) { formatNumberList(text, start, count); });
     }
-    out_.write(buffer, static_cast<std::streamsize>(used));
+    blocks.finish();
     endArray();
 }
 
-void JsonStreamWriter::finish() { out_ << '\n'; }
+void JsonStreamWriter::finish() {
+    stream_.Put('\n');
+    stream_.Flush();
+}
 
 }  // namespace host

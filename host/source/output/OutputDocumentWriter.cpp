@@ -1,6 +1,7 @@
 #include <ostream>
 
 #include "output/JsonStreamWriter.h"
+#include "output/OrderedTextPipeline.h"
 #include "output/Report.h"
 
 namespace host {
@@ -82,7 +83,7 @@ void writeOutput(JsonStreamWriter& w, const rapidjson::Value& output, const Char
 }  // namespace
 
 void writeOutputDocument(std::ostream& out, const std::vector<RunRecord>& runs) {
-    JsonStreamWriter w(out);
+    JsonStreamWriter w(out, OrderedTextPipeline::defaultThreads());
     w.beginObject();
     w.key("runs");
     w.beginArray(runs.empty());

@@ -1,26 +1,13 @@
 #include "output/PngImage.h"
 
+#include <zlib.h>
+
 #include <algorithm>
+#include <new>
 
 namespace host {
 
 namespace {
-
-std::uint32_t crc32(const std::string& bytes, std::size_t from) {
-    static const auto table = [] {
-        std::array<std::uint32_t, 256> t{};
-        for (std::uint32_t n = 0; n < 256; ++n) {
-            std::uint32_t c = n;
-            for (int k = 0; k < 8; ++k) c = (c & 1) ? 0xEDB88320u ^ (c >> 1) : c >> 1;
-            t[n] = c;
-        }
-        return t;
-    }();
-    std::uint32_t c = 0xFFFFFFFFu;
-    for (std::size_t i = from; i < bytes.size(); ++i)
-        c = table[(c ^ static_cast<std::uint8_t>(bytes[i])) & 0xFF] ^ (c >> 8);
-    return c ^ 0xFFFFFFFFu;
-}
 
 void put32(std::string& s, std::uint32_t v) {
     for (int shift = 24; shift >= 0; shift -= 8) s += static_cast<char>((v >> shift) & 0xFF);
@@ -31,30 +18,19 @@ void chunk(std::string& png, const char* type, const std::string& data) {
     const std::size_t start = png.size();
     png += type;
     png += data;
-    put32(png, crc32(png, start));
+    const auto* bytes = reinterpret_cast<const Bytef*>(png.data() + start);
+    put32(png,
+          static_cast<std::uint32_t>(::crc32(::crc32(0L, Z_NULL, 0), bytes, static_cast<uInt>(png.size() - start))));
 }
 
-// A zlib stream of stored (uncompressed) deflate blocks.
-std::string zlibStored(const std::string& raw) {
-    std::string z = "\x78\x01";
-    std::size_t pos = 0;
-    do {
-        const std::size_t n = std::min<std::size_t>(65535, raw.size() - pos);
-        const bool last = pos + n == raw.size();
-        z += static_cast<char>(last ? 1 : 0);
-        z += static_cast<char>(n & 0xFF);
-        z += static_cast<char>(n >> 8);
-        z += static_cast<char>(~n & 0xFF);
-        z += static_cast<char>((~n >> 8) & 0xFF);
-        z.append(raw, pos, n);
-        pos += n;
-    } while (pos < raw.size());
-    std::uint32_t a = 1, b = 0;
-    for (char c : raw) {
-        a = (a + static_cast<std::uint8_t>(c)) % 65521;
-        b = (b + a) % 65521;
-    }
-    put32(z, (b << 16) | a);
+// The zlib stream of the pixel rows, compressed at the best level.
+std::string deflated(const std::string& raw) {
+    uLongf size = ::compressBound(static_cast<uLong>(raw.size()));
+    std::string z(size, '\0');
+    const int status = ::compress2(reinterpret_cast<Bytef*>(&z[0]), &size, reinterpret_cast<const Bytef*>(raw.data()),
+                                   static_cast<uLong>(raw.size()), Z_BEST_COMPRESSION);
+    if (status != Z_OK) throw std::bad_alloc();  // compress2 fails only for lack of memory
+    z.resize(size);
     return z;
 }
 
@@ -83,7 +59,7 @@ std::string PngImage::encode() const {
         raw.append(reinterpret_cast<const char*>(&pixels_[static_cast<std::size_t>(y) * width_]),
                    static_cast<std::size_t>(width_));
     }
-    chunk(png, "IDAT", zlibStored(raw));
+    chunk(png, "IDAT", deflated(raw));
     chunk(png, "IEND", "");
     return png;
 }

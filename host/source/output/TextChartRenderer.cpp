@@ -19,11 +19,14 @@ std::string axisNumber(double v) {
     return buffer;
 }
 
-// Cell of a coordinate on a grid of n cells over [low, high].
+// Cell of a coordinate on a grid of n cells over [low, high]. A span too
+// large for a double (values near +-1.8e308) is taken in long double.
 int cellOf(double v, double low, double high, int n) {
     if (high <= low) return n / 2;
-    const int k = static_cast<int>((v - low) / (high - low) * n);
-    return std::clamp(k, 0, n - 1);
+    double share = (v - low) / (high - low);
+    if (!std::isfinite(high - low))
+        share = static_cast<double>((static_cast<long double>(v) - low) / (static_cast<long double>(high) - low));
+    return std::clamp(static_cast<int>(share * n), 0, n - 1);
 }
 
 }  // namespace

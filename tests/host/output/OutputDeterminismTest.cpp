@@ -36,7 +36,7 @@ Bytes write(const std::vector<host::RunRecord>& runs) {
     std::ostringstream json, text, html;
     host::writeOutputDocument(json, runs);
     for (const auto& run : runs) host::renderText(text, run);
-    host::writeHtmlReport(html, runs);
+    host::writeHtmlReport(html, runs, {"data.csv", 10, 2, "", 0});
     return {json.str(), text.str(), html.str()};
 }
 

@@ -1,14 +1,19 @@
 // The output document writer: exact bytes of a small document, no "output"
 // member for a run without a document, chart columns streamed from the data
 // kept beside the document, numbers in their shortest round-trip form.
+#include <algorithm>
+#include <cmath>
 #include <cstdlib>
+#include <limits>
 #include <random>
 #include <sstream>
 
 #include <gtest/gtest.h>
 #include <rapidjson/document.h>
 
+#include "FixedWorkerPool.h"
 #include "OutputTestSupport.h"
+#include "output/JsonStreamWriter.h"
 #include "output/NumberText.h"
 
 namespace {
@@ -64,7 +69,10 @@ const char* kSmallDocument = R"json({
       "messages": [
         {
           "level": "warning",
-          "text": "Say \"hi\"\tnow \u0001 )json" "\xef\xbf\xbd" " \xc3\xbc" R"json("
+          "text": "Say \"hi\"\tnow \u0001 )json"
+                             "\xef\xbf\xbd"
+                             " \xc3\xbc"
+                             R"json("
         }
       ],
       "output": {
@@ -157,7 +165,8 @@ TEST(OutputDocumentWriterTest, OutputIsAbsentWhenNoDocumentWasHandedOver) {
     runs.push_back(std::move(run));
     std::ostringstream one;
     host::writeOutputDocument(one, runs);
-    EXPECT_EQ(one.str(), "{\n  \"runs\": [\n    {\n      \"command\": \"X.\",\n      \"messages\": []\n    }\n  ]\n}\n");
+    EXPECT_EQ(one.str(),
+              "{\n  \"runs\": [\n    {\n      \"command\": \"X.\",\n      \"messages\": []\n    }\n  ]\n}\n");
 }
 
 TEST(OutputDocumentWriterTest, NoteLevelIsWrittenAsNote) {
@@ -207,6 +216,99 @@ TEST(OutputDocumentWriterTest, ManyChartPointsAreStreamedAndReadBackExactly) {
         ASSERT_EQ(data["xdata"][i].GetDouble(), xCopy[i]) << i;
         ASSERT_EQ(data["ydata"][i].GetDouble(), yCopy[i]) << i;
     }
+}
+
+TEST(OutputDocumentWriterTest, ControlCharactersAreEscapedWithLowerCaseHexDigits) {
+    host::RunRecord run;
+    run.command = std::string("A\x0b\x0e\x0f\x1a\x1b\x1f\x7f\\u") + std::string(1, '\0') + "B\t";
+    std::vector<host::RunRecord> runs;
+    runs.push_back(std::move(run));
+    std::ostringstream out;
+    host::writeOutputDocument(out, runs);
+    // DEL (0x7f) is no control character in JSON and stays as it is; the
+    // backslash before "u" is escaped and starts no escape of its own.
+    EXPECT_NE(out.str().find(R"("command": "A\u000b\u000e\u000f\u001a\u001b\u001f)"
+                             "\x7f"
+                             R"(\\u\u0000B\t",)"),
+              std::string::npos)
+        << out.str();
+}
+
+// The bytes of a document with a chart of n points, x[i] = i / 7 (with a
+// NaN and an infinity when there is room), written with the given threads.
+std::string chartDocument(std::size_t n, unsigned threads) {
+    std::vector<double> x(n), y(n);
+    for (std::size_t i = 0; i < n; ++i) {
+        x[i] = static_cast<double>(i) / 7;
+        y[i] = -static_cast<double>(i) * 1e-300;
+    }
+    if (n > 3) {
+        x[1] = std::numeric_limits<double>::quiet_NaN();
+        y[2] = std::numeric_limits<double>::infinity();
+    }
+    std::ostringstream out;
+    host::JsonStreamWriter w(out, threads);
+    w.beginObject();
+    w.key("x");
+    w.numberArray(x);
+    w.key("y");
+    w.numberArray(y);
+    w.endObject();
+    w.finish();
+    return out.str();
+}
+
+TEST(OutputDocumentWriterTest, NumberArraysAreTheSameBytesForAnyThreadCount) {
+    const std::size_t block = host::JsonStreamWriter::kBlockNumbers;
+    for (std::size_t n :
+         {std::size_t{0}, std::size_t{1}, std::size_t{5}, block - 1, block, block + 1, 2 * block + 1, 5 * block + 17}) {
+        const std::string one = chartDocument(n, 1);
+        for (unsigned threads : {2u, 3u, 8u}) EXPECT_EQ(chartDocument(n, threads), one) << n << " points, " << threads;
+        // The text itself: one line per array, numbers parted by ", ".
+        rapidjson::Document parsed;
+        parsed.Parse<rapidjson::kParseFullPrecisionFlag>(one.c_str());
+        ASSERT_FALSE(parsed.HasParseError()) << n;
+        ASSERT_EQ(parsed["x"].Size(), n);
+        for (rapidjson::SizeType i = 0; i < n; ++i) {
+            if (n > 3 && i == 1) {
+                EXPECT_TRUE(parsed["x"][i].IsNull());
+                continue;
+            }
+            ASSERT_EQ(parsed["x"][i].GetDouble(), static_cast<double>(i) / 7) << i;
+        }
+        if (n > 3) {
+            EXPECT_TRUE(parsed["y"][2].IsNull());
+        }
+        EXPECT_EQ(std::count(one.begin(), one.end(), '\n'), 4);
+    }
+    EXPECT_EQ(chartDocument(5, 2),
+              "{\n  \"x\": [0, null, 0.2857142857142857, 0.42857142857142855, 0.5714285714285714],\n"
+              "  \"y\": [-0, -1e-300, null, -3e-300, -4e-300]\n}\n");
+}
+
+TEST(OutputDocumentWriterTest, WholeDocumentIsTheSameBytesForAnyThreadCount) {
+    outtest::beginCommand("X.");
+    std::vector<double> x(100000), y(100000);
+    for (std::size_t i = 0; i < x.size(); ++i) {
+        x[i] = std::sqrt(static_cast<double>(i));
+        y[i] = std::sin(static_cast<double>(i));
+    }
+    StatJSONGenerator generator("P", "");
+    outtest::addCoefficientsTable(generator, {{"a vs. b", 0.5, 0.25, 0.75}});
+    outtest::addScatterChart(generator, std::move(x), std::move(y));
+    std::vector<host::RunRecord> runs;
+    runs.push_back(outtest::handOver(generator, "X."));
+    std::string first;
+    for (unsigned threads : {1u, 2u, 3u, 8u}) {
+        ScopedThreadCount pool(threads);
+        std::ostringstream out;
+        host::writeOutputDocument(out, runs);
+        if (threads == 1)
+            first = out.str();
+        else
+            EXPECT_EQ(out.str(), first) << threads << " threads";
+    }
+    EXPECT_GT(first.size(), 1000000u);
 }
 
 TEST(OutputDocumentWriterTest, TakeRunRecordDropsChartDataTheDocumentDoesNotUse) {

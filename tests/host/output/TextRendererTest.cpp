@@ -3,6 +3,7 @@
 // title, footnotes below, numbers with the table's decimals) and charts as
 // a note with a density sketch.
 #include <cmath>
+#include <limits>
 #include <sstream>
 
 #include <gtest/gtest.h>
@@ -28,6 +29,25 @@ host::RunRecord runWithTable(Fill fill) {
     table->addTableToProcedureJSON();
     delete table;
     return outtest::handOver(generator, "X.");
+}
+
+// A table without title: one column headed `column`, one row per label,
+// each holding the number 1.
+std::string untitledColumn(const std::string& column, const std::vector<std::string>& rowLabels) {
+    return render(runWithTable([&](Table* t) {
+        t->hide_title(true);
+        auto* columns = new Descendants(t);
+        columns->addCell(outtest::textCell(t, column));
+        auto* rows = new Descendants(t);
+        auto* cells = new Cells(t);
+        for (const std::string& label : rowLabels) {
+            rows->addCell(outtest::textCell(t, label));
+            std::vector<Cell*> row{outtest::numberCell(t, 1)};
+            cells->addCells(row);
+        }
+        t->set_dimensions(new Dimension(t, rows, columns));
+        t->set_cells(cells);
+    }));
 }
 
 TEST(TextRendererTest, CoefficientsTableWithGroupStubHeaderAndFootnote) {
@@ -200,19 +220,8 @@ TEST(TextRendererTest, LeafAfterAGroupStandsInTheBottomRowInColumnOrder) {
               "\n");
 }
 
-TEST(TextRendererTest, HiddenTitleAndWideCharactersCountOnce) {
-    const std::string text = render(runWithTable([](Table* t) {
-        t->hide_title(true);
-        auto* columns = new Descendants(t);
-        columns->addCell(outtest::textCell(t, "Fälle"));
-        auto* rows = new Descendants(t);
-        rows->addCell(outtest::textCell(t, "ü"));
-        auto* cells = new Cells(t);
-        std::vector<Cell*> row{outtest::numberCell(t, 1)};
-        cells->addCells(row);
-        t->set_dimensions(new Dimension(t, rows, columns));
-        t->set_cells(cells);
-    }));
+TEST(TextRendererTest, HiddenTitleAndAccentedLettersCountOnce) {
+    const std::string text = untitledColumn("Fälle", {"ü"});
     // Stub 1 character, gap 2, column 5 characters: rules of 8.
     EXPECT_EQ(text,
               "Distance Correlation\n"
@@ -223,6 +232,45 @@ TEST(TextRendererTest, HiddenTitleAndWideCharactersCountOnce) {
               "ü   1.00\n"
               "========\n"
               "\n");
+}
+
+TEST(TextRendererTest, WideCharactersTakeTwoCellsAndCombiningMarksNone) {
+    // Two ideographs take four cells; e with a combining acute takes one.
+    const std::string text = untitledColumn("Wert", {"\u8EAB\u9577", "e\u0301", "x"});
+    // Stub 4 cells, gap 2, column 4: rules of 10, and every number ends in
+    // cell 10 whatever the label before it.
+    EXPECT_EQ(text,
+              "Distance Correlation\n"
+              "\n"
+              "==========\n"
+              "      Wert\n"
+              "----------\n"
+              "\u8EAB\u9577  1.00\n"
+              "e\u0301     1.00\n"
+              "x     1.00\n"
+              "==========\n"
+              "\n");
+}
+
+TEST(TextRendererTest, GroupLabelOfWideCharactersIsCentredByCells) {
+    const std::string text = render(runWithTable([](Table* t) {
+        t->hide_title(true);
+        auto* group = new Descendants(t);
+        group->set_label("\u533A\u9593");  // two ideographs: four cells over columns of 1 and 1
+        group->setShowLabel(true);
+        group->addCell(outtest::textCell(t, "a"));
+        group->addCell(outtest::textCell(t, "b"));
+        auto* columns = new Descendants(t);
+        columns->addCell(group);
+        auto* cells = new Cells(t);
+        std::vector<Cell*> row{outtest::textCell(t, "p"), outtest::textCell(t, "q")};
+        cells->addCells(row);
+        t->set_dimensions(new Dimension(t, new Descendants(t), columns));
+        t->set_cells(cells);
+    }));
+    // The columns of 1 and 1 with their gap span 4 cells, exactly the label's
+    // width, so nothing is widened: stub 0, gap 2, then "a  b" under the label.
+    EXPECT_NE(text.find("\n  \u533A\u9593\n  ----\n  a  b\n"), std::string::npos) << text;
 }
 
 TEST(TextRendererTest, NegativeZeroAfterRoundingHasNoSign) {
@@ -277,6 +325,22 @@ TEST(TextRendererTest, ChartWithUnequalColumnsAndMissingCoordinatesSaysSo) {
     EXPECT_NE(text.find("The x data has 4 values and the y data 3; only the first 3 pairs are shown.\n"),
               std::string::npos);
     EXPECT_NE(text.find("1 points with a missing coordinate are not drawn.\n"), std::string::npos);
+}
+
+TEST(TextRendererTest, ExtremeCoordinatesStayOnTheSketch) {
+    outtest::beginCommand("X.");
+    StatJSONGenerator generator("Distance Correlation", "");
+    const double largest = std::numeric_limits<double>::max();
+    const double tiny = std::numeric_limits<double>::denorm_min();
+    // x spans the whole double range, y two denormal steps: (-max, 0) at the
+    // bottom left, (0, 2 tiny) at the top in the middle column (30 of 0..59),
+    // (max, tiny) half way up (row 7 of 0..14) at the right.
+    outtest::addScatterChart(generator, {-largest, 0, largest}, {0, 2 * tiny, tiny});
+    const std::string text = render(outtest::handOver(generator, "X."));
+    EXPECT_NE(text.find("\n9.881e-324 |" + std::string(30, ' ') + ".\n"), std::string::npos) << text;
+    EXPECT_NE(text.find("\n           |" + std::string(59, ' ') + ".\n"), std::string::npos) << text;
+    EXPECT_NE(text.find("\n         0 |.\n"), std::string::npos) << text;
+    EXPECT_NE(text.find("-1.798e+308"), std::string::npos) << text;
 }
 
 TEST(TextRendererTest, ChartWithoutPointsHasNoSketch) {

@@ -82,7 +82,13 @@ void FuzzPipeline::runSyntax(std::shared_ptr<host::DataSet> data, std::string_vi
     std::ostringstream json;
     host::writeOutputDocument(json, runs);
     std::ostringstream html;
-    host::writeHtmlReport(html, runs);
+    host::ReportContext context;
+    context.dataFile = "data.csv";
+    if (const auto active = session.activeDataSet()) {
+        context.cases = active->caseCount();
+        context.variables = active->variableCount();
+    }
+    host::writeHtmlReport(html, runs, context);
     session.setActiveDataSet(nullptr);
     fs::current_path(caller);
 }

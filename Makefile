@@ -3,7 +3,7 @@ BUILD ?= build
 JOBS ?= 2
 CMAKE_FLAGS ?= -DDC_WERROR=ON
 
-.PHONY: all deps build demo test asan clang bench clean
+.PHONY: all deps build demo test asan clang fuzz bench clean
 
 all: build
 
@@ -33,8 +33,13 @@ clang: deps
 	cmake --build build-clang -j$(JOBS)
 	ctest --test-dir build-clang --output-on-failure -j$(JOBS) -LE browser
 
+# The libFuzzer targets (syntax, CSV, schema) under ASan and UBSan, FUZZ_SECONDS each.
+FUZZ_SECONDS ?= 60
+fuzz: deps
+	tests/fuzz/run.sh $(FUZZ_SECONDS) build-fuzz
+
 bench: build
 	bench/run.sh
 
 clean:
-	rm -rf $(BUILD) build-asan build-clang
+	rm -rf $(BUILD) build-asan build-clang build-fuzz

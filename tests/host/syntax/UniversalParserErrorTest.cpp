@@ -300,3 +300,13 @@ TEST(UniversalParserErrors, FailedParseLeavesNoSubcommands) {
     EXPECT_EQ(run.sub(""), nullptr);
     EXPECT_EQ(run.sub("PRINT"), nullptr);
 }
+
+TEST(UniversalParserErrors, ProblemsAreReportedInTheOrderOfTheText) {
+    // The unknown subcommand comes before the character that is not allowed ...
+    EXPECT_EQ(errorFor(withVariables("  /FOO & BAR.")),
+              "Subcommand \"FOO\" is not recognized (command line, line 2, column 4). "
+              "Allowed: ID, CRITERIA, PRINT, PLOT.");
+    // ... and the character comes before the unknown subcommand.
+    EXPECT_EQ(errorFor(withVariables("  /PRINT DETAILS & /FOO.")),
+              "Character \"&\" is not allowed here (command line, line 2, column 18).");
+}

@@ -3,7 +3,7 @@ BUILD ?= build
 JOBS ?= 2
 CMAKE_FLAGS ?= -DDC_WERROR=ON
 
-.PHONY: all deps build demo test asan clang fuzz bench clean
+.PHONY: all deps deps-build build demo test asan clang fuzz bench clean
 
 all: build
 
@@ -11,11 +11,17 @@ all: build
 deps:
 	@./dev install
 
+deps-build:
+	@./dev install-build
+
 build: deps
 	cmake -S . -B $(BUILD) $(CMAKE_FLAGS)
 	cmake --build $(BUILD) -j$(JOBS)
 
-demo: build
+# Builds only the program and the procedure the demo runs, not the tests.
+demo: deps-build
+	cmake -S . -B $(BUILD) $(CMAKE_FLAGS)
+	cmake --build $(BUILD) -j$(JOBS) --target distcorr distancecorrelation
 	$(BUILD)/bin/distcorr --data examples/study.csv examples/demo.sps
 
 test: build

@@ -27,9 +27,10 @@ demo: deps-build
 test: build
 	ctest --test-dir $(BUILD) --output-on-failure -j$(JOBS)
 
-# The suite (all but the browser check) under AddressSanitizer, LeakSanitizer and UBSan.
+# The suite (all but the browser check) under AddressSanitizer, LeakSanitizer and
+# UBSan, built with Clang (so CI builds the tree with both compilers).
 asan: deps
-	cmake -S . -B build-asan -DDC_WERROR=ON -DDC_SANITIZE=ON -DCMAKE_BUILD_TYPE=Debug
+	CC=clang CXX=clang++ cmake -S . -B build-asan -DDC_WERROR=ON -DDC_SANITIZE=ON -DCMAKE_BUILD_TYPE=Debug
 	cmake --build build-asan -j$(JOBS)
 	ctest --test-dir build-asan --output-on-failure -j$(JOBS) -LE browser
 

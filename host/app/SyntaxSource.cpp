@@ -10,6 +10,7 @@
 #include <new>
 
 #include "UsageError.h"
+#include "syntax/MessageText.h"
 
 const std::string SyntaxSource::kNone;
 
@@ -52,7 +53,7 @@ std::string readAll(int fd, const std::string& source) {
 }
 
 std::string readFile(const std::string& path) {
-    const std::string source = "\"" + path + "\"";
+    const std::string source = host::syntax::quotedText(path);
     const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
     if (fd < 0) cannotRead(source, std::strerror(errno));
     try {

@@ -32,6 +32,7 @@
 #include "runner/ProgressLine.h"
 #include "runner/StandardErrorTee.h"
 #include "runner/ThreadWorkerPool.h"
+#include "syntax/MessageText.h"
 
 namespace {
 
@@ -138,7 +139,9 @@ void checkOptions(Options& opt) {
             known = known || l == opt.lang;
             list += ", " + l;
         }
-        if (!known) throw UsageError("--lang " + opt.lang + ": there is no such language; available: " + list);
+        if (!known)
+            throw UsageError("--lang " + host::syntax::shownText(opt.lang) +
+                             ": there is no such language; available: " + list);
     }
     if (opt.lang == "en") opt.lang.clear();
 }
@@ -148,11 +151,12 @@ void checkOutputPaths(const Options& opt) {
                                        std::pair<const char*, std::string>{"--html", opt.html}}) {
         if (path.empty() || path == "-") continue;
         const std::string problem = ReportFile::problemWith(path);
-        if (!problem.empty()) throw UsageError(std::string(option) + " \"" + path + "\": " + problem);
+        if (!problem.empty())
+            throw UsageError(std::string(option) + " " + host::syntax::quotedText(path) + ": " + problem);
     }
     const auto isFile = [](const std::string& path) { return !path.empty() && path != "-"; };
     if (isFile(opt.output) && isFile(opt.html) && ReportFile::sameTarget(opt.output, opt.html))
-        throw UsageError("--output and --html name the same file \"" + opt.output + "\"");
+        throw UsageError("--output and --html name the same file " + host::syntax::quotedText(opt.output));
 }
 
 void listDictionary(std::ostream& out, const host::DataSet& data, const std::string& path) {

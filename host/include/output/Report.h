@@ -22,6 +22,9 @@ struct RunRecord {
     ChartDataMap charts;
 };
 
+// The level as the reports write it: "error", "warning" or "note".
+const char* messageLevelName(MessageLevel level);
+
 // Takes the session's output document and its chart data, and copies the
 // session's messages, into a record of the command.
 RunRecord takeRunRecord(const std::string& command);

@@ -65,26 +65,11 @@ std::string stringMember(const rapidjson::Value& object, const char* name) {
     return it != object.MemberEnd() && it->value.IsString() ? it->value.GetString() : "";
 }
 
-const char* levelWord(MessageLevel level) {
-    switch (level) {
-        case MessageLevel::Error:
-            return "error";
-        case MessageLevel::Warning:
-            return "warning";
-        case MessageLevel::Note:
-            return "note";
-    }
-    return "note";
-}
-
 const char* levelTitle(MessageLevel level) {
     switch (level) {
-        case MessageLevel::Error:
-            return "Error";
-        case MessageLevel::Warning:
-            return "Warning";
-        case MessageLevel::Note:
-            return "Note";
+    case MessageLevel::Error: return "Error";
+    case MessageLevel::Warning: return "Warning";
+    case MessageLevel::Note: return "Note";
     }
     return "Note";
 }
@@ -101,7 +86,7 @@ void writeRun(std::ostream& out, const RunRecord& run, std::size_t runIndex, std
     if (!run.messages.empty()) {
         out << "<ul class=\"messages\">\n";
         for (const HostMessage& m : run.messages)
-            out << "<li class=\"" << levelWord(m.level) << "\"><span class=\"level\">" << levelTitle(m.level)
+            out << "<li class=\"" << messageLevelName(m.level) << "\"><span class=\"level\">" << levelTitle(m.level)
                 << "</span>" << htmlEscape(m.text) << "</li>\n";
         out << "</ul>\n";
     }

@@ -8,18 +8,6 @@ namespace host {
 
 namespace {
 
-const char* levelName(MessageLevel level) {
-    switch (level) {
-        case MessageLevel::Error:
-            return "error";
-        case MessageLevel::Warning:
-            return "warning";
-        case MessageLevel::Note:
-            return "note";
-    }
-    return "note";
-}
-
 std::string text(const rapidjson::Value& v) { return std::string(v.GetString(), v.GetStringLength()); }
 
 // A chart's "data" member: its DOM members, then the columns kept outside
@@ -102,7 +90,7 @@ void OutputDocumentWriter::add(const RunRecord& run) {
     for (const HostMessage& m : run.messages) {
         w.beginObject();
         w.key("level");
-        w.string(levelName(m.level));
+        w.string(messageLevelName(m.level));
         w.key("text");
         w.string(m.text);
         w.endObject();

@@ -70,6 +70,10 @@ INSTANTIATE_TEST_SUITE_P(
                       Shape{"LongWord", "DISTANCE CORRELATION VARIABLE=x1 ", "x", "\n",
                             "VARIABLE: variable \"" + std::string(77, 'x') + "...\" is not in the active data set" +
                                 place("LongWord", "line 1, column 34") + "."},
+                      // The list stops at the first name beyond the bound, at column 31 + 3 * 100,000.
+                      Shape{"RepeatedNames", "DISTANCE CORRELATION VARIABLE=", "x1 ", "\n",
+                            "VARIABLE: a variable list may hold at most 100,000 names; this one holds more" +
+                                place("RepeatedNames", "line 1, column 300031") + "."},
                       Shape{"LongNumber", "DISTANCE CORRELATION VARIABLE=x1 x2 /CRITERIA CILEVEL=", "9", "\n",
                             "Number \"" + std::string(77, '9') + "...\" is too large" +
                                 place("LongNumber", "line 1, column 55") + "."}));

@@ -26,6 +26,10 @@ namespace host::syntax {
 // at the first problem, in the order of the text.
 class CommandParser {
 public:
+    // A variable list may hold this many names, or as many as the data set
+    // has variables when that is more.
+    static constexpr std::size_t kMostListNames = 100000;
+
     CommandParser(TokenStream& tokens, const CommandDescriptor& descriptor, std::shared_ptr<const DataSet> data);
 
     CommandSpec::Impl parse();
@@ -61,6 +65,11 @@ private:
                           ParamObj::Impl& out);
     void readSingleValue(const std::string& context, const std::string& expected, ParamObj::Impl& out);
 
+    // The most names one variable list may hold, ranges expanded: a list
+    // never needs more names than the data set has variables, and the bound
+    // keeps a list of endless repeats from filling the memory.
+    std::size_t mostListNames() const;
+    [[noreturn]] void failListTooLong(const std::string& context, const Token& at) const;
     std::vector<std::string> resolveNames(const std::string& context, const std::vector<Token>& written);
     int findVariable(const std::string& context, const Token& name);
 

@@ -1,10 +1,12 @@
 #include "syntax/CommandParser.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <sstream>
 
 #include "DataSet.h"
 #include "SubComDescriptor.h"
+#include "output/NumberText.h"
 #include "syntax/CommandDescriptorImpl.h"
 #include "syntax/MessageText.h"
 #include "syntax/ParamDescriptorImpl.h"
@@ -320,6 +322,8 @@ void CommandParser::readVariableList(const std::string& context, const ParamDesc
     const Token open = bracketed ? take() : Token{};
     std::vector<Token> written;
     Token stop;
+    const std::size_t mostNames = mostListNames();
+    std::size_t namesWritten = 0;
     for (;;) {
         const Token t = peek();
         // A word followed by "=" or "(" starts the next keyword, known or not.
@@ -344,6 +348,7 @@ void CommandParser::readVariableList(const std::string& context, const ParamDesc
             if (t.is(TokenKind::LeftBracket)) fail(context, "brackets must enclose the whole list, found \"[\"", t);
         }
         if (!t.is(TokenKind::Word)) fail(context, "a variable name is expected, found " + t.describe(), t);
+        if (!isTo(t) && ++namesWritten > mostNames) failListTooLong(context, t);
         written.push_back(take());
     }
     if (written.empty()) fail(context, "at least one variable name is expected, found " + stop.describe(), stop);
@@ -389,6 +394,7 @@ std::vector<std::string> CommandParser::resolveNames(const std::string& context,
         const bool range = i + 1 < written.size() && isTo(written[i + 1]);
         if (!range) {
             findVariable(context, first);
+            if (names.size() == mostListNames()) failListTooLong(context, first);
             names.emplace_back(first.text);
             continue;
         }
@@ -401,6 +407,7 @@ std::vector<std::string> CommandParser::resolveNames(const std::string& context,
                  "the range \"" + shownText(first.text) + " TO " + shownText(last.text) +
                      "\" runs backwards: " + first.describe() + " comes after " + last.describe() + " in the data set",
                  first);
+        if (names.size() + static_cast<std::size_t>(to - from) + 1 > mostListNames()) failListTooLong(context, first);
         // The two ends keep their written spelling, the names between them the dictionary's.
         names.emplace_back(first.text);
         for (int k = from + 1; k < to; ++k) names.push_back(data_->variable(k).name);
@@ -408,6 +415,16 @@ std::vector<std::string> CommandParser::resolveNames(const std::string& context,
         i += 2;
     }
     return names;
+}
+
+std::size_t CommandParser::mostListNames() const {
+    const std::size_t variables = data_ ? static_cast<std::size_t>(std::max(0, data_->variableCount())) : 0;
+    return std::max(kMostListNames, variables);
+}
+
+void CommandParser::failListTooLong(const std::string& context, const Token& at) const {
+    fail(context, "a variable list may hold at most " + groupedCount(mostListNames()) + " names; this one holds more",
+         at);
 }
 
 int CommandParser::findVariable(const std::string& context, const Token& name) {

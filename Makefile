@@ -3,7 +3,7 @@ BUILD ?= build
 JOBS ?= 2
 CMAKE_FLAGS ?= -DDC_WERROR=ON
 
-.PHONY: all deps build demo test asan tsan clang bench clean
+.PHONY: all deps deps-build build demo test asan tsan clang fuzz bench clean
 
 all: build
 
@@ -11,19 +11,26 @@ all: build
 deps:
 	@./dev install
 
+deps-build:
+	@./dev install-build
+
 build: deps
 	cmake -S . -B $(BUILD) $(CMAKE_FLAGS)
 	cmake --build $(BUILD) -j$(JOBS)
 
-demo: build
+# Builds only the program and the procedure the demo runs, not the tests.
+demo: deps-build
+	cmake -S . -B $(BUILD) $(CMAKE_FLAGS)
+	cmake --build $(BUILD) -j$(JOBS) --target distcorr distancecorrelation
 	$(BUILD)/bin/distcorr --data examples/study.csv examples/demo.sps
 
 test: build
 	ctest --test-dir $(BUILD) --output-on-failure -j$(JOBS)
 
-# The suite (all but the browser check) under AddressSanitizer, LeakSanitizer and UBSan.
+# The suite (all but the browser check) under AddressSanitizer, LeakSanitizer and
+# UBSan, built with Clang (so CI builds the tree with both compilers).
 asan: deps
-	cmake -S . -B build-asan -DDC_WERROR=ON -DDC_SANITIZE=ON -DCMAKE_BUILD_TYPE=Debug
+	CC=clang CXX=clang++ cmake -S . -B build-asan -DDC_WERROR=ON -DDC_SANITIZE=ON -DCMAKE_BUILD_TYPE=Debug
 	cmake --build build-asan -j$(JOBS)
 	ctest --test-dir build-asan --output-on-failure -j$(JOBS) -LE browser
 
@@ -50,8 +57,13 @@ clang: deps
 	cmake --build build-clang -j$(JOBS)
 	ctest --test-dir build-clang --output-on-failure -j$(JOBS) -LE browser
 
+# The libFuzzer targets (syntax, CSV, schema) under ASan and UBSan, FUZZ_SECONDS each.
+FUZZ_SECONDS ?= 60
+fuzz: deps
+	tests/fuzz/run.sh $(FUZZ_SECONDS) build-fuzz
+
 bench: build
 	bench/run.sh
 
 clean:
-	rm -rf $(BUILD) build-asan build-tsan build-clang
+	rm -rf $(BUILD) build-asan build-tsan build-clang build-fuzz

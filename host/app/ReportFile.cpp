@@ -11,12 +11,15 @@
 #include <filesystem>
 #include <iostream>
 #include <new>
+#include <stdexcept>
 #include <string_view>
+#include <utility>
 
 #include "HostSession.h"
-#include "SinkStreamBuffer.h"
 #include "StandardOutput.h"
-#include "data/ReplacingFile.h"
+#include "syntax/MessageText.h"
+
+using host::syntax::quotedText;
 
 namespace {
 
@@ -42,32 +45,32 @@ std::string replacedPath(const std::string& path) {
     return result;
 }
 
-// Writes into an existing device or pipe as it is.
+// Writes into an existing device or pipe as it is; the reason of a failure,
+// or "". An exception from the writer is a failure too.
 std::string writeInPlace(const std::string& path, const ReportFile::Writer& writer) {
     const int fd = ::open(path.c_str(), O_WRONLY | O_CLOEXEC);
-    if (fd < 0) return "cannot open \"" + path + "\": " + systemError(errno);
+    if (fd < 0) {
+        const int error = errno;
+        return "cannot open " + quotedText(path) + ": " + systemError(error);
+    }
     int error = 0;
+    std::string problem;
     SinkStreamBuffer buffer([&](const char* bytes, std::size_t size) {
         error = writeAllToDescriptor(fd, bytes, size);
         return error == 0;
     });
     std::ostream stream(&buffer);
-    writer(stream);
-    stream.flush();
+    try {
+        writer(stream);
+        stream.flush();
+    } catch (const std::bad_alloc&) {
+        problem = "there was not enough memory";
+    } catch (const std::exception& e) {
+        problem = e.what();
+    }
     if (::close(fd) != 0 && error == 0 && errno != EINTR) error = errno;
-    return error == 0 ? "" : "cannot write \"" + path + "\": " + systemError(error);
-}
-
-std::string writeReplacing(const std::string& path, const ReportFile::Writer& writer) {
-    host::ReplacingFile file(replacedPath(path));
-    if (!file.open()) return file.problem();
-    SinkStreamBuffer buffer(
-        [&](const char* bytes, std::size_t size) { return file.write(std::string_view(bytes, size)); });
-    std::ostream stream(&buffer);
-    writer(stream);
-    stream.flush();
-    if (buffer.failed() || !file.finish() || !file.replaceTarget()) return file.problem();
-    return "";
+    if (!problem.empty()) return problem;
+    return error == 0 ? "" : "cannot write " + quotedText(path) + ": " + systemError(error);
 }
 
 }  // namespace
@@ -78,8 +81,8 @@ std::string ReportFile::problemWith(const std::string& path) {
     if (::stat(path.c_str(), &info) == 0) {
         if (S_ISDIR(info.st_mode)) return "it is a folder";
         if (const host::InputFile* input = host::HostSession::instance().inputFileAt(path))
-            return "it is the same file as " + input->role + " \"" + input->path +
-                   "\"; an output never replaces an input";
+            return "it is the same file as " + input->role + " " + quotedText(input->path) +
+                   "; an output never replaces an input";
         if (::access(path.c_str(), W_OK) != 0) return "cannot write it: " + systemError(errno);
         if (writtenInPlace(path)) return "";
     } else if (errno != ENOENT) {
@@ -103,20 +106,88 @@ bool ReportFile::sameTarget(const std::string& a, const std::string& b) {
     return !ec1 && !ec2 && p1 == p2;
 }
 
-bool ReportFile::write(const std::string& path, const std::string& what, const Writer& writer, StandardOutput& out) {
-    std::string problem;
-    try {
-        if (path == "-") {
-            writer(out.stream());
-            return out.flush();  // standard output reports its own failure, once
-        }
-        problem = writtenInPlace(path) ? writeInPlace(path, writer) : writeReplacing(path, writer);
-    } catch (const std::bad_alloc&) {
-        problem = "there was not enough memory";
-    } catch (const std::exception& e) {
-        problem = e.what();
-    }
-    if (problem.empty()) return true;
+std::unique_ptr<SpoolFile> ReportFile::spoolFor(const std::string& path) {
+    if (path == "-" || writtenInPlace(path)) return std::make_unique<SpoolFile>("");
+    const std::string target = replacedPath(path);
+    return std::make_unique<SpoolFile>(host::folderOf(target), target);
+}
+
+bool ReportFile::notWritten(const std::string& what, const std::string& problem) {
     std::cerr << "Error: the " << what << " was not written: " << problem << ".\n";
     return false;
+}
+
+bool ReportFile::write(const std::string& path, const std::string& what, const Writer& writer, StandardOutput& out) {
+    if (path != "-" && writtenInPlace(path)) {
+        const std::string problem = writeInPlace(path, writer);
+        return problem.empty() || notWritten(what, problem);
+    }
+    ReportFile report(path, what, out);
+    try {
+        writer(report.stream());
+    } catch (const std::bad_alloc&) {
+        report.fail("there was not enough memory");
+    } catch (const std::exception& e) {
+        report.fail(e.what());
+    }
+    return report.finish();
+}
+
+ReportFile::ReportFile(const std::string& path, std::string what, StandardOutput& out)
+    : path_(path),
+      what_(std::move(what)),
+      out_(out),
+      target_(path == "-"            ? Target::StandardOutput
+              : writtenInPlace(path) ? Target::InPlace
+                                     : Target::Replaced) {
+    if (target_ == Target::InPlace) {
+        spool_ = spoolFor(path);
+    } else if (target_ == Target::Replaced) {
+        file_ = std::make_unique<host::ReplacingFile>(replacedPath(path));
+        if (!file_->open()) problem_ = file_->problem();
+        buffer_ = std::make_unique<SinkStreamBuffer>([this](const char* bytes, std::size_t size) {
+            return problem_.empty() && file_->write(std::string_view(bytes, size));
+        });
+        stream_ = std::make_unique<std::ostream>(buffer_.get());
+    }
+}
+
+ReportFile::~ReportFile() = default;
+
+std::ostream& ReportFile::stream() {
+    switch (target_) {
+        case Target::StandardOutput:
+            return out_.stream();
+        case Target::InPlace:
+            return spool_->stream();
+        case Target::Replaced:
+            break;
+    }
+    return *stream_;
+}
+
+void ReportFile::fail(const std::string& problem) {
+    if (problem_.empty()) problem_ = problem;
+}
+
+bool ReportFile::finish() {
+    switch (target_) {
+        case Target::StandardOutput: {
+            const bool sent = out_.flush();  // standard output reports its own failure, once
+            return problem_.empty() ? sent : notWritten(what_, problem_);
+        }
+        case Target::InPlace:
+            if (problem_.empty())
+                problem_ = writeInPlace(path_, [this](std::ostream& out) {
+                    if (!spool_->copyTo(out)) throw std::runtime_error(spool_->problem());
+                });
+            break;
+        case Target::Replaced:
+            stream_->flush();
+            if (problem_.empty() && (buffer_->failed() || !file_->finish() || !file_->replaceTarget()))
+                problem_ = file_->problem();
+            if (!problem_.empty()) file_->discard();
+            break;
+    }
+    return problem_.empty() || notWritten(what_, problem_);
 }

@@ -4,11 +4,13 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <new>
 
 #include "UsageError.h"
+#include "syntax/MessageText.h"
 
 const std::string SyntaxSource::kNone;
 
@@ -28,6 +30,9 @@ std::string readAll(int fd, const std::string& source) {
     if (S_ISDIR(info.st_mode)) cannotRead(source, "it is a folder");
     std::string text;
     try {
+        // A file's text is held once, without the copies of a growing string.
+        if (S_ISREG(info.st_mode) && info.st_size > 0)
+            text.reserve(std::min(static_cast<std::size_t>(info.st_size), SyntaxSource::kMaxBytes));
         char block[1 << 16];
         for (;;) {
             const ssize_t n = ::read(fd, block, sizeof block);
@@ -48,7 +53,7 @@ std::string readAll(int fd, const std::string& source) {
 }
 
 std::string readFile(const std::string& path) {
-    const std::string source = "\"" + path + "\"";
+    const std::string source = host::syntax::quotedText(path);
     const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
     if (fd < 0) cannotRead(source, std::strerror(errno));
     try {

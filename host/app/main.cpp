@@ -12,10 +12,12 @@
 
 #include <CLI/CLI.hpp>
 
+#include "CommandStream.h"
 #include "DataSet.h"
 #include "HostSession.h"
 #include "InstalledServices.h"
 #include "ReportFile.h"
+#include "RunReports.h"
 #include "StandardOutput.h"
 #include "SyntaxSource.h"
 #include "UsageError.h"
@@ -30,6 +32,7 @@
 #include "runner/ProgressLine.h"
 #include "runner/StandardErrorTee.h"
 #include "runner/ThreadWorkerPool.h"
+#include "syntax/MessageText.h"
 
 namespace {
 
@@ -136,7 +139,9 @@ void checkOptions(Options& opt) {
             known = known || l == opt.lang;
             list += ", " + l;
         }
-        if (!known) throw UsageError("--lang " + opt.lang + ": there is no such language; available: " + list);
+        if (!known)
+            throw UsageError("--lang " + host::syntax::shownText(opt.lang) +
+                             ": there is no such language; available: " + list);
     }
     if (opt.lang == "en") opt.lang.clear();
 }
@@ -146,11 +151,12 @@ void checkOutputPaths(const Options& opt) {
                                        std::pair<const char*, std::string>{"--html", opt.html}}) {
         if (path.empty() || path == "-") continue;
         const std::string problem = ReportFile::problemWith(path);
-        if (!problem.empty()) throw UsageError(std::string(option) + " \"" + path + "\": " + problem);
+        if (!problem.empty())
+            throw UsageError(std::string(option) + " " + host::syntax::quotedText(path) + ": " + problem);
     }
     const auto isFile = [](const std::string& path) { return !path.empty() && path != "-"; };
     if (isFile(opt.output) && isFile(opt.html) && ReportFile::sameTarget(opt.output, opt.html))
-        throw UsageError("--output and --html name the same file \"" + opt.output + "\"");
+        throw UsageError("--output and --html name the same file " + host::syntax::quotedText(opt.output));
 }
 
 void listDictionary(std::ostream& out, const host::DataSet& data, const std::string& path) {
@@ -168,10 +174,10 @@ void listDictionary(std::ostream& out, const host::DataSet& data, const std::str
     }
 }
 
-// Runs every command in order, printing each one's tables as it ends.
-int runCommands(const Options& opt, const std::vector<SyntaxText>& texts,
-                const std::vector<std::vector<host::SyntaxCommand>>& commands, bool printTables,
-                StandardOutput& standardOutput, std::vector<host::RunRecord>& runs, bool& anyFailed) {
+// Runs the commands in order, from `first` on, printing each one's tables
+// and adding it to the reports as it ends.
+int runCommands(const Options& opt, CommandStream& commands, host::SyntaxCommand& first, bool printTables,
+                StandardOutput& standardOutput, RunReports& reports, bool& anyFailed) {
     host::ProcedureRegistry registry;
     const std::string folder = opt.procedures.empty() ? host::executableFolder() + "/../lib" : opt.procedures;
     try {
@@ -194,18 +200,18 @@ int runCommands(const Options& opt, const std::vector<SyntaxText>& texts,
     if (threads > 1) pool = std::make_unique<host::ThreadWorkerPool>(threads);
     const InstalledServices services(tee.hostStream(), progress.get(), pool.get());
 
+    reports.open();
     host::CommandRunner runner(registry, &tee, progress.get());
-    for (std::size_t t = 0; t < texts.size(); ++t) {
-        for (const host::SyntaxCommand& command : commands[t]) {
-            host::CommandOutcome outcome = runner.run(command, texts[t].sourceName);
-            anyFailed = anyFailed || outcome.failed;
-            runs.push_back(std::move(outcome.record));
-            if (printTables) {
-                host::renderText(standardOutput.stream(), runs.back());
-                standardOutput.flush();
-            }
+    host::SyntaxCommand& command = first;
+    do {
+        const host::CommandOutcome outcome = runner.run(command, commands.sourceName());
+        anyFailed = anyFailed || outcome.failed;
+        if (printTables) {
+            host::renderText(standardOutput.stream(), outcome.record);
+            standardOutput.flush();
         }
-    }
+        reports.add(outcome.record);
+    } while (commands.next(command));
     return kExitOk;
 }
 
@@ -232,34 +238,22 @@ int run(Options& opt) {
     // Tables go to standard output unless it carries a report, or --quiet.
     StandardOutput standardOutput;
     const bool printTables = !opt.quiet && opt.output != "-" && opt.html != "-";
-    std::vector<std::vector<host::SyntaxCommand>> commands;
-    std::size_t commandCount = 0;
-    for (const SyntaxText& text : texts) {
-        commands.push_back(host::splitCommands(text.text));
-        commandCount += commands.back().size();
-    }
-    std::vector<host::RunRecord> runs;
+    RunReports reports(opt.output, opt.html, standardOutput);
+    CommandStream commands(texts);
+    host::SyntaxCommand first;
     bool anyFailed = false;
-    if (commandCount == 0) {
+    if (!commands.next(first)) {
         if (printTables) listDictionary(standardOutput.stream(), *data, opt.data);
+        reports.open();
     } else {
-        const int status = runCommands(opt, texts, commands, printTables, standardOutput, runs, anyFailed);
+        const int status = runCommands(opt, commands, first, printTables, standardOutput, reports, anyFailed);
         if (status != kExitOk) return status;
     }
     standardOutput.flush();
 
     bool written = !standardOutput.failed();
-    if (!opt.output.empty())
-        written &= ReportFile::write(
-            opt.output, "output document", [&](std::ostream& out) { host::writeOutputDocument(out, runs); },
-            standardOutput);
-    if (!opt.html.empty()) {
-        const host::ReportContext context{opt.data, data->caseCount(), data->variableCount(), opt.lang,
-                                          std::time(nullptr)};
-        written &= ReportFile::write(
-            opt.html, "HTML report", [&](std::ostream& out) { host::writeHtmlReport(out, runs, context); },
-            standardOutput);
-    }
+    written &= reports.finish(
+        host::ReportContext{opt.data, data->caseCount(), data->variableCount(), opt.lang, std::time(nullptr)});
     return anyFailed || !written ? kExitCommandError : kExitOk;
 }
 

@@ -2,6 +2,7 @@
 #include <iosfwd>
 #include <memory>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 class ACAVarValidSpecs;
@@ -47,9 +48,14 @@ public:
 
 private:
     const VarInfoElem& element(const char* function, int varIndex) const;
+    // Makes the element at index hold var, keeping the name index right.
+    void place(int index, const VarInfoElem& var);
 
     std::vector<VarInfoElem> vars_;
     int freqWeightIndex_;
+    // Name -> index of the first element of that name, so that a list of
+    // many variables is built in linear time.
+    std::unordered_map<std::string, int> firstIndex_;
 };
 
 // What an algorithm reads case data through: the record iterator and the

@@ -36,7 +36,7 @@ int AlgorithmVarList::AddContVar(const std::string& name, const std::string& lab
     const int index = Size();
     if (name.empty()) VARLIST_ASSERT("AddContVar", false);
     if (FindVariable(name) >= 0) VARLIST_ASSERT("AddContVar", false);
-    vars_.push_back({name, label, 0, 0});
+    place(index, {name, label, 0, 0});
     return index;
 }
 
@@ -45,26 +45,43 @@ int AlgorithmVarList::AddCatVar(const std::string& name, const std::string& labe
     const int index = Size();
     if (name.empty()) VARLIST_ASSERT("AddCatVar", false);
     if (FindVariable(name) >= 0) VARLIST_ASSERT("AddCatVar", false);
-    vars_.push_back({name, label, 2 - static_cast<int>(nominal), numCategories});
+    place(index, {name, label, 2 - static_cast<int>(nominal), numCategories});
     return index;
 }
 
 int AlgorithmVarList::SetWeightVar(const std::string& name, const std::string& label) {
-    const VarInfoElem weight{name, label, 0, 0};
-    if (freqWeightIndex_ < 0) {
-        vars_.push_back(weight);
-        freqWeightIndex_ = Size() - 1;
-    } else {
-        vars_[freqWeightIndex_] = weight;
-    }
+    if (freqWeightIndex_ < 0) freqWeightIndex_ = Size();
+    place(freqWeightIndex_, {name, label, 0, 0});
     return freqWeightIndex_;
+}
+
+void AlgorithmVarList::place(int index, const VarInfoElem& var) {
+    if (index == Size()) {
+        vars_.push_back(var);
+    } else {
+        // The old name may now first occur further on (only the weight
+        // variable is ever replaced, and it may repeat a name).
+        const std::string old = vars_[index].name;
+        vars_[index] = var;
+        const auto entry = firstIndex_.find(old);
+        if (entry != firstIndex_.end() && entry->second == index) {
+            firstIndex_.erase(entry);
+            for (int i = index + 1; i < Size(); ++i)
+                if (vars_[i].name == old) {
+                    firstIndex_.emplace(old, i);
+                    break;
+                }
+        }
+    }
+    const auto entry = firstIndex_.emplace(var.name, index).first;
+    if (entry->second > index) entry->second = index;
 }
 
 int AlgorithmVarList::FindVariable(const std::string& varName) const {
     VARLIST_ASSERT("FindVariable", varName.length()>0);
-    for (int i = 0; i < Size(); ++i)
-        if (vars_[i].name == varName) return i;
-    return -1;
+    // The first element of that exact name.
+    const auto entry = firstIndex_.find(varName);
+    return entry == firstIndex_.end() ? -1 : entry->second;
 }
 
 const AlgorithmVarList::VarInfoElem& AlgorithmVarList::element(const char* function,

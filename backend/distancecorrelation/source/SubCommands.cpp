@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <memory>
+#include <string_view>
+#include <unordered_set>
 
 #include "CommandDescriptor.h"
 #include "CommandSpec.h"
@@ -338,8 +340,12 @@ int SubCommands::getIntegerValueFromParam(const ParamObj* param, int defaultValu
 }
 
 bool SubCommands::checkIsValidVarName(const std::vector<std::string>& names) const {
+    // Exact text, as written in VARIABLE; one look-up per name, so that long
+    // lists are checked in linear time.
+    const std::vector<std::string>& written = global_.getGlobalVarNames();
+    const std::unordered_set<std::string_view> known(written.begin(), written.end());
     for (const std::string& name : names)
-        if (!checkIsValidVarName(name)) return false;
+        if (known.count(name) == 0) return false;
     return true;
 }
 

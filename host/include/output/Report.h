@@ -22,12 +22,16 @@ struct RunRecord {
     ChartDataMap charts;
 };
 
+// The level as the reports write it: "error", "warning" or "note".
+const char* messageLevelName(MessageLevel level);
+
 // Takes the session's output document and its chart data, and copies the
 // session's messages, into a record of the command.
 RunRecord takeRunRecord(const std::string& command);
 
 // The output document of the runs, as JSON:
 // {"runs": [{"command", "messages": [{"level", "text"}], "output"}]}.
+// OutputDocumentWriter writes the same bytes one run at a time.
 void writeOutputDocument(std::ostream& out, const std::vector<RunRecord>& runs);
 
 // The run's output as text: tables laid out as pivot tables, charts as a note
@@ -46,7 +50,8 @@ struct ReportContext {
 
 // One self-contained HTML page (no external resources, styles in its head)
 // with a header of the context's facts and the distcorr version, then every
-// run's command, messages, tables and charts.
+// run's command, messages, tables and charts. HtmlReport builds the same
+// page one run at a time.
 void writeHtmlReport(std::ostream& out, const std::vector<RunRecord>& runs, const ReportContext& context);
 
 // Charts with more points than this are drawn as a density image.

@@ -10,6 +10,8 @@
 #include "syntax/CommandSpecImpl.h"
 #include "syntax/ParamObjImpl.h"
 #include "syntax/Token.h"
+#include "syntax/TokenStream.h"
+#include "syntax/VariableIndex.h"
 
 namespace host {
 class DataSet;
@@ -21,11 +23,14 @@ namespace host::syntax {
 // the command name, the global part, then "/NAME" subcommands, each a list of
 // keywords with the values their descriptors ask for. Variable names are
 // looked up, case-insensitively, in the given data set. Throws SyntaxError
-// at the first problem.
+// at the first problem, in the order of the text.
 class CommandParser {
 public:
-    CommandParser(const std::vector<Token>& tokens, const CommandDescriptor& descriptor,
-                  std::shared_ptr<const DataSet> data);
+    // A variable list may hold this many names, or as many as the data set
+    // has variables when that is more.
+    static constexpr std::size_t kMostListNames = 100000;
+
+    CommandParser(TokenStream& tokens, const CommandDescriptor& descriptor, std::shared_ptr<const DataSet> data);
 
     CommandSpec::Impl parse();
 
@@ -37,21 +42,20 @@ private:
         bool qualifiers;      // inside the "( )" of a keyword
     };
 
-    const Token& peek(std::size_t ahead = 0) const;
-    const Token& take();
+    const Token& peek(std::size_t ahead = 0) { return tokens_.peek(ahead); }
+    Token take() { return tokens_.take(); }
     [[noreturn]] void fail(const std::string& context, const std::string& text, const Token& at,
                            const std::string& allowed = "") const;
 
     void readCommandName();
-    bool globalPartStartsWithSlash() const;
-    const SubComDescriptor* namedSubcommand(const std::string& name) const;
+    bool globalPartStartsWithSlash();
+    const SubComDescriptor* namedSubcommand(std::string_view name) const;
     std::string subcommandNames() const;
     void readSubcommand(const Level& level, const std::string& name, const std::string& extName,
                         CommandSpec::Impl& spec);
 
-    void readItems(const Level& level, const std::string& extName, const Token* openParen,
-                   std::vector<ParamObj>& out);
-    void rejectSecondValue(const Level& level, const ParamDescriptor& previous, const Token& t) const;
+    void readItems(const Level& level, const std::string& extName, const Token* openParen, std::vector<ParamObj>& out);
+    void rejectSecondValue(const Level& level, const ParamDescriptor& previous, const Token& t);
     ParamObj readParam(const ParamDescriptor& desc, const Level& level, const std::string& extName);
     void expectEquals(const std::string& context, const ParamDescriptor& desc);
     void readAllowedWord(const std::string& context, const ParamDescriptor& desc, ParamObj::Impl& out);
@@ -61,14 +65,18 @@ private:
                           ParamObj::Impl& out);
     void readSingleValue(const std::string& context, const std::string& expected, ParamObj::Impl& out);
 
-    std::vector<std::string> resolveNames(const std::string& context,
-                                          const std::vector<const Token*>& written) const;
-    int findVariable(const std::string& context, const Token& name) const;
+    // The most names one variable list may hold, ranges expanded: a list
+    // never needs more names than the data set has variables, and the bound
+    // keeps a list of endless repeats from filling the memory.
+    std::size_t mostListNames() const;
+    [[noreturn]] void failListTooLong(const std::string& context, const Token& at) const;
+    std::vector<std::string> resolveNames(const std::string& context, const std::vector<Token>& written);
+    int findVariable(const std::string& context, const Token& name);
 
-    const std::vector<Token>& tokens_;
+    TokenStream& tokens_;
     const CommandDescriptor& descriptor_;
     std::shared_ptr<const DataSet> data_;
-    std::size_t pos_ = 0;
+    VariableIndex variables_;
 };
 
 }  // namespace host::syntax

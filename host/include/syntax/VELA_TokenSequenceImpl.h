@@ -1,18 +1,16 @@
 #pragma once
-#include <optional>
+#include <memory>
 #include <string>
-#include <vector>
 
 #include "VELA_TokenSequence.h"
-#include "syntax/SyntaxError.h"
-#include "syntax/Token.h"
+#include "syntax/TokenStream.h"
 
-// The tokens of a command. A problem found while splitting the text is kept
-// here and reported by the parser, which knows the command's name.
+// The tokens of a command, split as the parser reads them. A problem found
+// while splitting the text is reported by the parser, which knows the
+// command's name.
 struct VELA_TokenSequence::Impl {
-    std::vector<host::syntax::Token> tokens;  // ends with one End token
-    std::optional<host::syntax::SyntaxError> error;
+    std::unique_ptr<host::syntax::TokenStream> tokens;
     std::string sourceName;
 
-    void load(const std::string& text, int firstLine, const std::string& source);
+    void load(std::string text, int firstLine, const std::string& source);
 };

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "data/DataLoadError.h"
+#include "syntax/MessageText.h"
 
 namespace host {
 
@@ -59,13 +60,13 @@ CsvColumn::CsvColumn(std::string name, std::string label, const SchemaField* fie
 }
 
 void CsvColumn::failCell(int line, std::string_view cell, const std::string& problem) const {
-    throw DataLoadError(*source_.csvName + ":" + std::to_string(line) + ": \"" + std::string(cell) + "\" in column \"" +
-                        info_.name + "\" " + problem);
+    throw DataLoadError(*source_.csvName + ":" + std::to_string(line) + ": " + syntax::quotedText(cell) +
+                        " in column " + syntax::quotedText(info_.name) + " " + problem);
 }
 
 void CsvColumn::failField(const std::string& problem) const {
-    throw DataLoadError(*source_.schemaName + ": field " + std::to_string(source_.fieldNumber) + " (\"" + field_->name +
-                        "\"): " + problem);
+    throw DataLoadError(*source_.schemaName + ": field " + std::to_string(source_.fieldNumber) + " (" +
+                        syntax::quotedText(field_->name) + "): " + problem);
 }
 
 NumberParse CsvColumn::parseCell(std::string_view cell, double& value) {
@@ -198,10 +199,11 @@ void CsvColumn::setValueLabels() {
         if (info_.type == 0) {
             double number = 0.0;
             if (parseNumber(value, number) != NumberParse::Ok)
-                failField("category value \"" + category.value + "\" is not a number");
+                failField("category value " + syntax::quotedText(category.value) + " is not a number");
             value = formatNumber(number);
         }
-        if (!seen.insert(value).second) failField("category value \"" + category.value + "\" is given twice");
+        if (!seen.insert(value).second)
+            failField("category value " + syntax::quotedText(category.value) + " is given twice");
         info_.valueLabels.emplace_back(value, category.hasLabel ? category.label : category.value);
     }
 }

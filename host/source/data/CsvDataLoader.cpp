@@ -20,6 +20,7 @@
 #include "data/TextEncoding.h"
 #include "data/TextFile.h"
 #include "data/VariableName.h"
+#include "syntax/MessageText.h"
 
 namespace host {
 
@@ -65,7 +66,8 @@ void noteRenamedColumns(const std::vector<HeaderName>& names, const std::string&
         if (header.original.empty())
             notes.add(where + column + " has no name in the header row; it is named " + header.name);
         else
-            notes.add(where + column + " (\"" + header.original + "\") is named " + header.name + ": " + header.reason);
+            notes.add(where + column + " (" + syntax::quotedText(header.original) + ") is named " + header.name + ": " +
+                      header.reason);
     }
     if (renamed > kMaxRenameNotes)
         notes.add(where + std::to_string(renamed - kMaxRenameNotes) + " more columns are renamed by the same rule");
@@ -88,7 +90,8 @@ FieldMatch matchFields(const TableSchema& schema, const std::vector<HeaderName>&
     }
     for (std::size_t k = 0; k < schema.fields.size(); ++k) {
         const SchemaField& field = schema.fields[k];
-        const std::string who = schemaName + ": field " + std::to_string(k + 1) + " (\"" + field.name + "\")";
+        const std::string who =
+            schemaName + ": field " + std::to_string(k + 1) + " (" + syntax::quotedText(field.name) + ")";
         auto found = byOriginal.find(field.name);
         const bool byText = found != byOriginal.end();
         if (!byText) found = byName.find(field.name);
@@ -96,8 +99,8 @@ FieldMatch matchFields(const TableSchema& schema, const std::vector<HeaderName>&
             std::string hint;
             for (std::size_t i = 0; i < names.size() && hint.empty(); ++i)
                 if (sameVariableName(names[i].original, field.name))
-                    hint = " (column " + std::to_string(i + 1) + " is \"" + names[i].original +
-                           "\"; names must match exactly, letter case included)";
+                    hint = " (column " + std::to_string(i + 1) + " is " + syntax::quotedText(names[i].original) +
+                           "; names must match exactly, letter case included)";
             throw DataLoadError(who + " is not a column of " + csvName + hint);
         }
         const std::size_t column = found->second;

@@ -8,8 +8,10 @@
 #include <system_error>
 
 #include "data/HostError.h"
+#include "syntax/MessageText.h"
 
 namespace fs = std::filesystem;
+using host::syntax::quotedText;
 
 namespace {
 
@@ -30,8 +32,6 @@ std::string fail(bool report, const std::string& text) {
     return "";
 }
 
-std::string quoted(const std::string& text) { return "\"" + text + "\""; }
-
 }  // namespace
 
 std::string GetExtendFilePath(const std::string& name, bool forWriting, bool mustExist, bool reportErrors) {
@@ -42,8 +42,8 @@ std::string GetExtendFilePath(const std::string& name, bool forWriting, bool mus
         const std::string user = name.substr(1, slash == std::string::npos ? std::string::npos : slash - 1);
         const std::string home = homeFolder(user);
         if (home.empty())
-            return fail(reportErrors, "Cannot use the file name " + quoted(name) + ": the home folder of " +
-                                          (user.empty() ? "the current user" : "user " + quoted(user)) +
+            return fail(reportErrors, "Cannot use the file name " + quotedText(name) + ": the home folder of " +
+                                          (user.empty() ? "the current user" : "user " + quotedText(user)) +
                                           " is not known.");
         expanded = home + (slash == std::string::npos ? "" : name.substr(slash));
     }
@@ -52,30 +52,30 @@ std::string GetExtendFilePath(const std::string& name, bool forWriting, bool mus
     if (path.is_relative()) {
         const fs::path current = fs::current_path(error);
         if (error)
-            return fail(reportErrors, "Cannot use the file name " + quoted(name) +
+            return fail(reportErrors, "Cannot use the file name " + quotedText(name) +
                                           ": the working folder is not known (" + error.message() + ").");
         path = current / path;
     }
     path = path.lexically_normal();
     if (!path.has_filename())
-        return fail(reportErrors, "Cannot use the file name " + quoted(name) + ": it names a folder, not a file.");
+        return fail(reportErrors, "Cannot use the file name " + quotedText(name) + ": it names a folder, not a file.");
     const fs::path folder = path.parent_path();
     const fs::file_status folderStatus = fs::status(folder, error);
     if (!fs::exists(folderStatus))
-        return fail(reportErrors, "Cannot use the file name " + quoted(name) + ": the folder " +
-                                      quoted(folder.string()) + " does not exist.");
+        return fail(reportErrors, "Cannot use the file name " + quotedText(name) + ": the folder " +
+                                      quotedText(folder.string()) + " does not exist.");
     if (!fs::is_directory(folderStatus))
-        return fail(reportErrors, "Cannot use the file name " + quoted(name) + ": " + quoted(folder.string()) +
+        return fail(reportErrors, "Cannot use the file name " + quotedText(name) + ": " + quotedText(folder.string()) +
                                       " is not a folder.");
     const fs::file_status status = fs::status(path, error);
     if (fs::is_directory(status))
-        return fail(reportErrors, "Cannot use the file name " + quoted(name) + ": " + quoted(path.string()) +
+        return fail(reportErrors, "Cannot use the file name " + quotedText(name) + ": " + quotedText(path.string()) +
                                       " is a folder.");
     if (mustExist && !fs::exists(status))
-        return fail(reportErrors, "Cannot use the file name " + quoted(name) + ": the file " +
-                                      quoted(path.string()) + " does not exist.");
+        return fail(reportErrors, "Cannot use the file name " + quotedText(name) + ": the file " +
+                                      quotedText(path.string()) + " does not exist.");
     if (forWriting && fs::exists(status) && ::access(path.c_str(), W_OK) != 0)
-        return fail(reportErrors, "Cannot use the file name " + quoted(name) + ": the file " +
-                                      quoted(path.string()) + " cannot be written.");
+        return fail(reportErrors, "Cannot use the file name " + quotedText(name) + ": the file " +
+                                      quotedText(path.string()) + " cannot be written.");
     return path.string();
 }

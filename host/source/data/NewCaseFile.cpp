@@ -21,6 +21,7 @@
 #include "data/TableSchemaWriter.h"
 #include "data/TemporaryFileRegistry.h"
 #include "output/OrderedTextPipeline.h"
+#include "syntax/MessageText.h"
 
 namespace host {
 
@@ -38,7 +39,7 @@ bool exists(const std::string& path) {
     return ::lstat(path.c_str(), &info) == 0;
 }
 
-std::string quoted(const std::string& path) { return "\"" + path + "\""; }
+using syntax::quotedText;
 
 // Text of batches of cases: rows of CSV cells, each row ended by CRLF. It
 // replaces what the text holds; the text's memory is reused, and only its
@@ -130,21 +131,20 @@ NewCaseFile::NewCaseFile(const UserCaseFileSpec& spec)
       dictionary_(std::make_shared<MemoryDataSet>()),
       data_(dataPath_),
       schema_(schemaPath_) {
-    if (!spec.IsInit() || spec.GetPath().empty())
-        raiseHostError("No file name was given for the new data file.");
-    if (!spec.IsForWriting())
-        raiseHostError("The data file " + quoted(dataPath_) + " was not named for writing.");
+    if (!spec.IsInit() || spec.GetPath().empty()) raiseHostError("No file name was given for the new data file.");
+    if (!spec.IsForWriting()) raiseHostError("The data file " + quotedText(dataPath_) + " was not named for writing.");
     if (isFolder(dataPath_))
-        raiseHostError("Cannot write the data file " + quoted(dataPath_) + ": a folder of that name exists.");
+        raiseHostError("Cannot write the data file " + quotedText(dataPath_) + ": a folder of that name exists.");
     if (isFolder(schemaPath_))
-        raiseHostError("Cannot write the dictionary " + quoted(schemaPath_) + " of the data file " +
-                       quoted(dataPath_) + ": a folder of that name exists.");
+        raiseHostError("Cannot write the dictionary " + quotedText(schemaPath_) + " of the data file " +
+                       quotedText(dataPath_) + ": a folder of that name exists.");
     if (!spec.MayReplace() && exists(dataPath_))
-        raiseHostError("The data file " + quoted(dataPath_) + " already exists.");
-    if (!data_.open()) raiseHostError("Cannot write the data file " + quoted(dataPath_) + ": " + data_.problem() + ".");
+        raiseHostError("The data file " + quotedText(dataPath_) + " already exists.");
+    if (!data_.open())
+        raiseHostError("Cannot write the data file " + quotedText(dataPath_) + ": " + data_.problem() + ".");
     if (!schema_.open()) {
         data_.discard();
-        raiseHostError("Cannot write the dictionary " + quoted(schemaPath_) + ": " + schema_.problem() + ".");
+        raiseHostError("Cannot write the dictionary " + quotedText(schemaPath_) + ": " + schema_.problem() + ".");
     }
 }
 
@@ -164,9 +164,9 @@ void NewCaseFile::fail(const std::string& text) {
 
 void NewCaseFile::requireOpen(const char* action) {
     if (state_ == State::Failed)
-        raiseHostError("The data file " + quoted(dataPath_) + " was not written because of an earlier error.");
+        raiseHostError("The data file " + quotedText(dataPath_) + " was not written because of an earlier error.");
     if (state_ != State::Dictionary)
-        raiseHostError(std::string("Cannot ") + action + " of the data file " + quoted(dataPath_) +
+        raiseHostError(std::string("Cannot ") + action + " of the data file " + quotedText(dataPath_) +
                        ": its dictionary is already complete.");
 }
 
@@ -179,7 +179,7 @@ int NewCaseFile::makeVariable(int width) {
     requireOpen("add a variable to the dictionary");
     if (width < 0 || width > kMaxTextWidth)
         raiseHostError("Cannot add a variable of width " + std::to_string(width) + " to the data file " +
-                       quoted(dataPath_) + ": the width must be 0 (numeric) or 1 to " +
+                       quotedText(dataPath_) + ": the width must be 0 (numeric) or 1 to " +
                        std::to_string(kMaxTextWidth) + " (text).");
     VariableInfo info;
     char name[32];
@@ -197,14 +197,15 @@ int NewCaseFile::makeVariable(int width) {
 VariableInfo& NewCaseFile::editVariable(int index) {
     requireOpen("change a variable");
     if (index < 0 || index >= dictionary_->variableCount())
-        raiseHostError("Variable " + std::to_string(index) + " is not in the dictionary of " + quoted(dataPath_) + ".");
+        raiseHostError("Variable " + std::to_string(index) + " is not in the dictionary of " + quotedText(dataPath_) +
+                       ".");
     return dictionary_->editVariable(index);
 }
 
 void NewCaseFile::endDictionary() {
     requireOpen("end the dictionary");
     const int count = dictionary_->variableCount();
-    if (count == 0) fail("The data file " + quoted(dataPath_) + " has no variables.");
+    if (count == 0) fail("The data file " + quotedText(dataPath_) + " has no variables.");
     std::string header;
     // Names as they are matched (ASCII letters in upper case), so that a file
     // of many columns is checked in linear time.
@@ -215,7 +216,7 @@ void NewCaseFile::endDictionary() {
         for (char& c : key)
             if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
         if (!matched.insert(std::move(key)).second)
-            fail("The data file " + quoted(dataPath_) + " has two variables named \"" + name + "\".");
+            fail("The data file " + quotedText(dataPath_) + " has two variables named " + quotedText(name) + ".");
         if (v > 0) header += ',';
         header += name;
     }
@@ -227,23 +228,23 @@ void NewCaseFile::endDictionary() {
     writer_ =
         std::make_unique<OrderedTextPipeline>(OrderedTextPipeline::defaultThreads(), [this](const std::string& text) {
             if (!data_.write(text))
-                fail("Cannot write the data file " + quoted(dataPath_) + ": " + data_.problem() + ".");
+                fail("Cannot write the data file " + quotedText(dataPath_) + ": " + data_.problem() + ".");
         });
 }
 
 void NewCaseFile::writeRow(const std::string& row) {
     if (!data_.write(row) || !data_.write("\r\n"))
-        fail("Cannot write the data file " + quoted(dataPath_) + ": " + data_.problem() + ".");
+        fail("Cannot write the data file " + quotedText(dataPath_) + ": " + data_.problem() + ".");
 }
 
 void NewCaseFile::addCase(const double* observations) {
     if (state_ == State::Failed)
-        raiseHostError("The data file " + quoted(dataPath_) + " was not written because of an earlier error.");
+        raiseHostError("The data file " + quotedText(dataPath_) + " was not written because of an earlier error.");
     if (state_ == State::Dictionary)
-        raiseHostError("Cannot add a case to the data file " + quoted(dataPath_) +
+        raiseHostError("Cannot add a case to the data file " + quotedText(dataPath_) +
                        " before its dictionary is complete.");
     if (state_ == State::Closed)
-        raiseHostError("Cannot add a case to the data file " + quoted(dataPath_) + ": it is already closed.");
+        raiseHostError("Cannot add a case to the data file " + quotedText(dataPath_) + ": it is already closed.");
     batch_.insert(batch_.end(), observations, observations + caseColumns_);
     if (batch_.size() >= kBatchObservations) submitBatch();
 }
@@ -265,15 +266,15 @@ void NewCaseFile::submitBatch() {
 void NewCaseFile::close() {
     if (state_ == State::Closed) return;
     if (state_ == State::Failed)
-        raiseHostError("The data file " + quoted(dataPath_) + " was not written because of an earlier error.");
+        raiseHostError("The data file " + quotedText(dataPath_) + " was not written because of an earlier error.");
     if (state_ == State::Dictionary) endDictionary();
     submitBatch();
     writer_->finish();
     if (!schema_.write(writeTableSchema(*dictionary_)))
-        fail("Cannot write the dictionary " + quoted(schemaPath_) + ": " + schema_.problem() + ".");
-    if (!data_.finish()) fail("Cannot write the data file " + quoted(dataPath_) + ": " + data_.problem() + ".");
+        fail("Cannot write the dictionary " + quotedText(schemaPath_) + ": " + schema_.problem() + ".");
+    if (!data_.finish()) fail("Cannot write the data file " + quotedText(dataPath_) + ": " + data_.problem() + ".");
     if (!schema_.finish())
-        fail("Cannot write the dictionary " + quoted(schemaPath_) + ": " + schema_.problem() + ".");
+        fail("Cannot write the dictionary " + quotedText(schemaPath_) + ": " + schema_.problem() + ".");
     putFilesInPlace();
     state_ = State::Closed;
 }
@@ -299,7 +300,7 @@ void NewCaseFile::putFilesInPlace() {
     }
     if (!data_.replaceTarget()) {
         if (!backup.empty()) ::unlink(backup.c_str());
-        fail("Cannot write the data file " + quoted(dataPath_) + ": " + data_.problem() + ".");
+        fail("Cannot write the data file " + quotedText(dataPath_) + ": " + data_.problem() + ".");
     }
     if (!schema_.replaceTarget()) {
         const std::string problem = schema_.problem();
@@ -307,7 +308,7 @@ void NewCaseFile::putFilesInPlace() {
             ::rename(backup.c_str(), dataPath_.c_str());
         else
             ::unlink(dataPath_.c_str());
-        fail("Cannot write the dictionary " + quoted(schemaPath_) + ": " + problem + ".");
+        fail("Cannot write the dictionary " + quotedText(schemaPath_) + ": " + problem + ".");
     }
     if (!backup.empty()) ::unlink(backup.c_str());
 }

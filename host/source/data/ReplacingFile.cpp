@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "data/TemporaryFileRegistry.h"
+#include "syntax/MessageText.h"
 
 namespace host {
 
@@ -39,7 +40,7 @@ bool ReplacingFile::open() {
     std::vector<char> name(pattern.begin(), pattern.end());
     name.push_back('\0');
     const int fd = temporaryFiles::createRecorded(name.data(), cleanupSlot_);
-    if (fd < 0) return failWith("cannot create a file in the folder \"" + folderOf(target_) + "\"", errno);
+    if (fd < 0) return failWith("cannot create a file in the folder " + syntax::quotedText(folderOf(target_)), errno);
     temporary_ = name.data();
     // mkstemp creates the file private to its owner; give it the usual permissions.
     const mode_t mask = ::umask(0);
@@ -50,19 +51,19 @@ bool ReplacingFile::open() {
         const int error = errno;
         ::close(fd);
         discard();
-        return failWith("cannot open \"" + temporary_ + "\"", error);
+        return failWith("cannot open " + syntax::quotedText(temporary_), error);
     }
     return true;
 }
 
 bool ReplacingFile::write(std::string_view bytes) {
-    if (file_ == nullptr) return failWith("cannot write \"" + target_ + "\"", EBADF);
+    if (file_ == nullptr) return failWith("cannot write " + syntax::quotedText(target_), EBADF);
     errno = 0;
     if (std::fwrite(bytes.data(), 1, bytes.size(), file_) != bytes.size())
-        return failWith("cannot write \"" + target_ + "\"", errno != 0 ? errno : EIO);
+        return failWith("cannot write " + syntax::quotedText(target_), errno != 0 ? errno : EIO);
     written_ += bytes.size();
     if (written_ - syncing_ >= kWritebackStep && !startWriteback())
-        return failWith("cannot write \"" + target_ + "\"", errno != 0 ? errno : EIO);
+        return failWith("cannot write " + syntax::quotedText(target_), errno != 0 ? errno : EIO);
     return true;
 }
 
@@ -78,7 +79,7 @@ bool ReplacingFile::startWriteback() {
 }
 
 bool ReplacingFile::finish() {
-    if (file_ == nullptr) return failWith("cannot write \"" + target_ + "\"", EBADF);
+    if (file_ == nullptr) return failWith("cannot write " + syntax::quotedText(target_), EBADF);
     errno = 0;
     bool ok = std::fflush(file_) == 0;
     int error = errno;
@@ -95,14 +96,14 @@ bool ReplacingFile::finish() {
         error = errno;
     }
     file_ = nullptr;
-    if (!ok) return failWith("cannot write \"" + target_ + "\"", error != 0 ? error : EIO);
+    if (!ok) return failWith("cannot write " + syntax::quotedText(target_), error != 0 ? error : EIO);
     return true;
 }
 
 bool ReplacingFile::replaceTarget() {
-    if (temporary_.empty()) return failWith("cannot write \"" + target_ + "\"", EBADF);
+    if (temporary_.empty()) return failWith("cannot write " + syntax::quotedText(target_), EBADF);
     if (::rename(temporary_.c_str(), target_.c_str()) != 0)
-        return failWith("cannot replace \"" + target_ + "\"", errno);
+        return failWith("cannot replace " + syntax::quotedText(target_), errno);
     placed_ = true;
     temporary_.clear();
     temporaryFiles::remove(cleanupSlot_);

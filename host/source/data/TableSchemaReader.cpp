@@ -8,6 +8,7 @@
 #include "data/DataLoadError.h"
 #include "data/JsonText.h"
 #include "data/TextFile.h"
+#include "syntax/MessageText.h"
 
 namespace host {
 
@@ -55,7 +56,7 @@ public:
 private:
     [[noreturn]] void fail(const std::string& problem) const {
         std::string who = "field " + std::to_string(number_);
-        if (!field_.name.empty()) who += " (\"" + field_.name + "\")";
+        if (!field_.name.empty()) who += " (" + syntax::quotedText(field_.name) + ")";
         throw DataLoadError(fileName_ + ": " + who + ": " + problem);
     }
 
@@ -112,7 +113,7 @@ private:
         else if (name == "string")
             field_.type = SchemaType::String;
         else if (name != "any")
-            fail("type \"" + name + "\" is not supported (use \"number\", \"integer\" or \"string\")");
+            fail("type " + syntax::quotedText(name) + " is not supported (use \"number\", \"integer\" or \"string\")");
     }
 
     void readCategories() {
@@ -151,7 +152,7 @@ private:
         else if (name == "scale")
             field_.measurementLevel = 3;
         else
-            fail("\"measurementLevel\" must be \"nominal\", \"ordinal\" or \"scale\", not \"" + name + "\"");
+            fail("\"measurementLevel\" must be \"nominal\", \"ordinal\" or \"scale\", not " + syntax::quotedText(name));
         if (field_.measurementLevel == 3 && field_.type == SchemaType::String)
             fail("a string field cannot have the measurement level \"scale\"");
     }
@@ -198,8 +199,9 @@ TableSchema parseTableSchema(const std::string& json, const std::string& fileNam
         schema.fields.push_back(FieldReader(fileName, item, number).read());
         const auto known = numbers.emplace(schema.fields.back().name, number);
         if (!known.second)
-            throw DataLoadError(fileName + ": field " + std::to_string(number) + " (\"" + schema.fields.back().name +
-                                "\") has the name of field " + std::to_string(known.first->second));
+            throw DataLoadError(fileName + ": field " + std::to_string(number) + " (" +
+                                syntax::quotedText(schema.fields.back().name) + ") has the name of field " +
+                                std::to_string(known.first->second));
     }
     return schema;
 }

@@ -8,8 +8,11 @@
 #include "data/HostError.h"
 #include "data/NewCaseFile.h"
 #include "data/NewFileDataStore.h"
+#include "syntax/MessageText.h"
 
 namespace {
+
+using host::syntax::quotedText;
 
 std::string sameFileText(const host::InputFile& input) {
     return "it is the same file as " + input.role + " \"" + input.path + "\"; an output never replaces an input.";
@@ -22,10 +25,10 @@ void refuseInputFiles(const UserCaseFileSpec& spec) {
     const std::string schemaPath = host::schemaPathFor(dataPath);
     const host::HostSession& session = host::HostSession::instance();
     if (const host::InputFile* input = session.inputFileAt(dataPath))
-        host::raiseHostError("Cannot write the data file \"" + dataPath + "\": " + sameFileText(*input));
+        host::raiseHostError("Cannot write the data file " + quotedText(dataPath) + ": " + sameFileText(*input));
     if (const host::InputFile* input = session.inputFileAt(schemaPath))
-        host::raiseHostError("Cannot write the dictionary \"" + schemaPath + "\" of the data file \"" + dataPath +
-                             "\": " + sameFileText(*input));
+        host::raiseHostError("Cannot write the dictionary " + quotedText(schemaPath) + " of the data file " +
+                             quotedText(dataPath) + ": " + sameFileText(*input));
 }
 
 }  // namespace

@@ -1,3 +1,5 @@
+#include "output/HtmlReport.h"
+
 #include <time.h>
 
 #include <ctime>
@@ -11,7 +13,6 @@
 #include "output/HtmlText.h"
 #include "output/NumberText.h"
 #include "output/PivotLayout.h"
-#include "output/Report.h"
 #include "output/SvgChartRenderer.h"
 
 namespace host {
@@ -64,15 +65,6 @@ std::string stringMember(const rapidjson::Value& object, const char* name) {
     return it != object.MemberEnd() && it->value.IsString() ? it->value.GetString() : "";
 }
 
-const char* levelWord(MessageLevel level) {
-    switch (level) {
-    case MessageLevel::Error: return "error";
-    case MessageLevel::Warning: return "warning";
-    case MessageLevel::Note: return "note";
-    }
-    return "note";
-}
-
 const char* levelTitle(MessageLevel level) {
     switch (level) {
     case MessageLevel::Error: return "Error";
@@ -94,7 +86,7 @@ void writeRun(std::ostream& out, const RunRecord& run, std::size_t runIndex, std
     if (!run.messages.empty()) {
         out << "<ul class=\"messages\">\n";
         for (const HostMessage& m : run.messages)
-            out << "<li class=\"" << levelWord(m.level) << "\"><span class=\"level\">" << levelTitle(m.level)
+            out << "<li class=\"" << messageLevelName(m.level) << "\"><span class=\"level\">" << levelTitle(m.level)
                 << "</span>" << htmlEscape(m.text) << "</li>\n";
         out << "</ul>\n";
     }
@@ -151,21 +143,28 @@ void writeHeader(std::ostream& out, const ReportContext& context) {
 
 }  // namespace
 
-void writeHtmlReport(std::ostream& out, const std::vector<RunRecord>& runs, const ReportContext& context) {
-    // The runs first, so that the style sheet in the head can hold the rule
-    // of every table's minimum column width.
-    std::ostringstream body;
-    std::set<int> minWidths;
-    std::size_t index = 0;
-    for (const RunRecord& run : runs) writeRun(body, run, ++index, minWidths);
+void HtmlReport::add(const RunRecord& run) { writeRun(body_, run, ++runs_, minWidths_); }
+
+void HtmlReport::finish(std::ostream& out, const ReportContext& context, const BodyCopier& copyBody) const {
     const std::string title = "distcorr report: " + dataName(context);
     out << "<!DOCTYPE html>\n<html lang=\"" << htmlEscape(pageLanguage(context))
         << "\">\n<head>\n<meta charset=\"utf-8\">\n<title>" << htmlEscape(title) << "</title>\n<style>\n"
         << kStyle;
-    for (int width : minWidths) out << HtmlTableRenderer::minWidthStyle(width) << '\n';
+    for (int width : minWidths_) out << HtmlTableRenderer::minWidthStyle(width) << '\n';
     out << "</style>\n</head>\n<body>\n";
     writeHeader(out, context);
-    out << body.str() << "</body>\n</html>\n";
+    copyBody(out);
+    out << "</body>\n</html>\n";
+}
+
+void writeHtmlReport(std::ostream& out, const std::vector<RunRecord>& runs, const ReportContext& context) {
+    std::ostringstream body;
+    HtmlReport report(body);
+    for (const RunRecord& run : runs) report.add(run);
+    report.finish(out, context, [&body](std::ostream& page) {
+        const std::string text = body.str();
+        page.write(text.data(), static_cast<std::streamsize>(text.size()));
+    });
 }
 
 }  // namespace host

@@ -1,21 +1,12 @@
+#include "output/OutputDocumentWriter.h"
+
 #include <ostream>
 
-#include "output/JsonStreamWriter.h"
 #include "output/OrderedTextPipeline.h"
-#include "output/Report.h"
 
 namespace host {
 
 namespace {
-
-const char* levelName(MessageLevel level) {
-    switch (level) {
-    case MessageLevel::Error: return "error";
-    case MessageLevel::Warning: return "warning";
-    case MessageLevel::Note: return "note";
-    }
-    return "note";
-}
 
 std::string text(const rapidjson::Value& v) { return std::string(v.GetString(), v.GetStringLength()); }
 
@@ -82,35 +73,46 @@ void writeOutput(JsonStreamWriter& w, const rapidjson::Value& output, const Char
 
 }  // namespace
 
-void writeOutputDocument(std::ostream& out, const std::vector<RunRecord>& runs) {
-    JsonStreamWriter w(out, OrderedTextPipeline::defaultThreads());
+OutputDocumentWriter::OutputDocumentWriter(std::ostream& out) : writer_(out, OrderedTextPipeline::defaultThreads()) {
+    writer_.beginObject();
+    writer_.key("runs");
+    // An array of objects, one per line; an empty one is "[]" all the same.
+    writer_.beginArray(false);
+}
+
+void OutputDocumentWriter::add(const RunRecord& run) {
+    JsonStreamWriter& w = writer_;
     w.beginObject();
-    w.key("runs");
-    w.beginArray(runs.empty());
-    for (const RunRecord& run : runs) {
+    w.key("command");
+    w.string(run.command);
+    w.key("messages");
+    w.beginArray(run.messages.empty());
+    for (const HostMessage& m : run.messages) {
         w.beginObject();
-        w.key("command");
-        w.string(run.command);
-        w.key("messages");
-        w.beginArray(run.messages.empty());
-        for (const HostMessage& m : run.messages) {
-            w.beginObject();
-            w.key("level");
-            w.string(levelName(m.level));
-            w.key("text");
-            w.string(m.text);
-            w.endObject();
-        }
-        w.endArray();
-        if (run.output) {
-            w.key("output");
-            writeOutput(w, *run.output, run.charts);
-        }
+        w.key("level");
+        w.string(messageLevelName(m.level));
+        w.key("text");
+        w.string(m.text);
         w.endObject();
     }
     w.endArray();
+    if (run.output) {
+        w.key("output");
+        writeOutput(w, *run.output, run.charts);
+    }
     w.endObject();
-    w.finish();
+}
+
+void OutputDocumentWriter::finish() {
+    writer_.endArray();
+    writer_.endObject();
+    writer_.finish();
+}
+
+void writeOutputDocument(std::ostream& out, const std::vector<RunRecord>& runs) {
+    OutputDocumentWriter writer(out);
+    for (const RunRecord& run : runs) writer.add(run);
+    writer.finish();
 }
 
 }  // namespace host

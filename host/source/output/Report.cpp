@@ -19,6 +19,15 @@ void collectChartIds(const rapidjson::Value& output, std::vector<std::string>& i
 
 }  // namespace
 
+const char* messageLevelName(MessageLevel level) {
+    switch (level) {
+    case MessageLevel::Error: return "error";
+    case MessageLevel::Warning: return "warning";
+    case MessageLevel::Note: return "note";
+    }
+    return "note";
+}
+
 RunRecord takeRunRecord(const std::string& command) {
     HostSession& session = HostSession::instance();
     RunRecord record;

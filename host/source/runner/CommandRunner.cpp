@@ -7,6 +7,7 @@
 #include "HostSession.h"
 #include "runner/CommandProgress.h"
 #include "runner/StandardErrorTee.h"
+#include "syntax/MessageText.h"
 
 namespace host {
 
@@ -29,9 +30,9 @@ CommandOutcome CommandRunner::run(const SyntaxCommand& command, const std::strin
     bool procedureWrote = false;
     const ProcedureInfo* procedure = registry_.match(command.text);
     if (procedure == nullptr) {
-        session.addMessage(
-            MessageLevel::Error, "",
-            "Unknown command \"" + firstWord(command.text) + "\" (" + place(sourceName, command.firstLine) + ").");
+        session.addMessage(MessageLevel::Error, "",
+                           "Unknown command " + syntax::quotedText(firstWord(command.text)) + " (" +
+                               place(sourceName, command.firstLine) + ").");
     } else {
         const std::string& name = procedure->command;
         session.setCommandName(name);

@@ -114,9 +114,11 @@ void ThreadWorkerPool::work(unsigned worker) {
         try {
             (*task)(index, worker);
         } catch (...) {
+            // Other workers stop taking indices as soon as they see the flag, so
+            // it is raised before waiting for the lock that guards the error.
+            failed_.store(true);
             std::lock_guard<std::mutex> lock(mutex_);
             if (!firstError_) firstError_ = std::current_exception();
-            failed_.store(true);
         }
     }
 }

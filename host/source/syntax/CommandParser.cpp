@@ -1,11 +1,14 @@
 #include "syntax/CommandParser.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <sstream>
 
 #include "DataSet.h"
 #include "SubComDescriptor.h"
+#include "output/NumberText.h"
 #include "syntax/CommandDescriptorImpl.h"
+#include "syntax/MessageText.h"
 #include "syntax/ParamDescriptorImpl.h"
 #include "syntax/SubComDescriptorImpl.h"
 #include "syntax/SubComObjImpl.h"
@@ -31,7 +34,7 @@ std::string keywordNames(const std::vector<ParamDescriptor>& params) {
     return joinWords(names);
 }
 
-const ParamDescriptor* findParam(const std::vector<ParamDescriptor>& params, const std::string& name) {
+const ParamDescriptor* findParam(const std::vector<ParamDescriptor>& params, std::string_view name) {
     for (const auto& p : params)
         if (equalsIgnoreCase(p.getName(), name)) return &p;
     return nullptr;
@@ -49,30 +52,13 @@ std::string allowedRange(const ParamDescriptor::Impl& d) {
     return parts.empty() ? std::string() : "numbers " + joinWords(parts, " and ");
 }
 
-bool isTo(const Token& t) { return t.is(TokenKind::Word) && equalsIgnoreCase(t.value, "TO"); }
-
-const Token& endToken() {
-    static const Token end;
-    return end;
-}
+bool isTo(const Token& t) { return t.is(TokenKind::Word) && equalsIgnoreCase(t.text, "TO"); }
 
 }  // namespace
 
-CommandParser::CommandParser(const std::vector<Token>& tokens, const CommandDescriptor& descriptor,
+CommandParser::CommandParser(TokenStream& tokens, const CommandDescriptor& descriptor,
                              std::shared_ptr<const DataSet> data)
-    : tokens_(tokens), descriptor_(descriptor), data_(std::move(data)) {}
-
-const Token& CommandParser::peek(std::size_t ahead) const {
-    if (tokens_.empty()) return endToken();
-    const std::size_t at = pos_ + ahead;
-    return at < tokens_.size() ? tokens_[at] : tokens_.back();
-}
-
-const Token& CommandParser::take() {
-    const Token& t = peek();
-    if (pos_ < tokens_.size() && !t.is(TokenKind::End)) ++pos_;
-    return t;
-}
+    : tokens_(tokens), descriptor_(descriptor), data_(data), variables_(std::move(data)) {}
 
 void CommandParser::fail(const std::string& context, const std::string& text, const Token& at,
                          const std::string& allowed) const {
@@ -86,7 +72,7 @@ void CommandParser::fail(const std::string& context, const std::string& text, co
 }
 
 CommandSpec::Impl CommandParser::parse() {
-    pos_ = 0;
+    tokens_.rewind();
     readCommandName();
     CommandSpec::Impl spec;
 
@@ -106,13 +92,11 @@ CommandSpec::Impl CommandParser::parse() {
             fail("", "a subcommand is expected, written as \"/\" and its name, found " + peek().describe(), peek(),
                  subcommandNames());
         take();
-        const Token& name = peek();
+        const Token name = peek();
         if (!name.is(TokenKind::Word))
-            fail("", "a subcommand name is expected after \"/\", found " + name.describe(), name,
-                 subcommandNames());
-        const SubComDescriptor* sub = namedSubcommand(name.value);
-        if (sub == nullptr)
-            fail("", "subcommand \"" + name.text + "\" is not recognized", name, subcommandNames());
+            fail("", "a subcommand name is expected after \"/\", found " + name.describe(), name, subcommandNames());
+        const SubComDescriptor* sub = namedSubcommand(name.text);
+        if (sub == nullptr) fail("", "subcommand " + name.describe() + " is not recognized", name, subcommandNames());
         for (const auto& given : spec.subcommands)
             if (given.impl().name == sub->getName())
                 fail("", "subcommand \"" + sub->getName() + "\" is given more than once", name);
@@ -127,23 +111,25 @@ void CommandParser::readCommandName() {
     std::string word;
     while (words >> word) {
         const Token& t = peek();
-        if (!t.is(TokenKind::Word) || !equalsIgnoreCase(t.value, word))
-            fail("", "the command must start with \"" + descriptor_.getCommandName() + "\", found " + t.describe(),
-                 t);
+        if (!t.is(TokenKind::Word) || !equalsIgnoreCase(t.text, word))
+            fail("", "the command must start with \"" + descriptor_.getCommandName() + "\", found " + t.describe(), t);
         take();
     }
 }
 
 // "/VARIABLE=..." right after the command name is accepted as the global part.
-bool CommandParser::globalPartStartsWithSlash() const {
+bool CommandParser::globalPartStartsWithSlash() {
     const SubComDescriptor* global = descriptor_.getSubComDesc("");
-    return peek().is(TokenKind::Slash) && peek(1).is(TokenKind::Word) && namedSubcommand(peek(1).value) == nullptr &&
-           global != nullptr && global->getParamDesc(peek(1).value) != nullptr;
+    if (global == nullptr || !peek().is(TokenKind::Slash) || !peek(1).is(TokenKind::Word)) return false;
+    const std::string name(peek(1).text);
+    return namedSubcommand(name) == nullptr && global->getParamDesc(name) != nullptr;
 }
 
-const SubComDescriptor* CommandParser::namedSubcommand(const std::string& name) const {
+const SubComDescriptor* CommandParser::namedSubcommand(std::string_view name) const {
     if (name.empty()) return nullptr;
-    return descriptor_.getSubComDesc(name);
+    for (const auto& s : descriptor_.impl().subcommands)
+        if (equalsIgnoreCase(s.getName(), name)) return &s;
+    return nullptr;
 }
 
 std::string CommandParser::subcommandNames() const {
@@ -170,7 +156,7 @@ void CommandParser::readItems(const Level& level, const std::string& extName, co
     const std::string allowed = keywordNames(*level.params);
     const ParamDescriptor* previous = nullptr;
     for (;;) {
-        const Token& t = peek();
+        const Token t = peek();
         if (t.is(TokenKind::End) || t.is(TokenKind::Slash)) {
             if (openParen != nullptr) fail(level.context, "the \"(\" is not closed", *openParen);
             return;
@@ -181,10 +167,11 @@ void CommandParser::readItems(const Level& level, const std::string& extName, co
             return;
         }
         if (t.is(TokenKind::RightBracket)) fail(level.context, "\"]\" has no matching \"[\"", t);
-        const ParamDescriptor* desc = t.is(TokenKind::Word) ? findParam(*level.params, t.value) : nullptr;
+        const ParamDescriptor* desc = t.is(TokenKind::Word) ? findParam(*level.params, t.text) : nullptr;
         if (desc == nullptr && previous != nullptr) rejectSecondValue(level, *previous, t);
-        if (!t.is(TokenKind::Word)) fail(level.context, "a " + what + " is expected, found " + t.describe(), t, allowed);
-        if (desc == nullptr) fail(level.context, what + " \"" + t.text + "\" is not recognized", t, allowed);
+        if (!t.is(TokenKind::Word))
+            fail(level.context, "a " + what + " is expected, found " + t.describe(), t, allowed);
+        if (desc == nullptr) fail(level.context, what + " " + t.describe() + " is not recognized", t, allowed);
         for (const auto& given : out)
             if (given.impl().name == desc->getName())
                 fail(level.context, what + " \"" + desc->getName() + "\" is given more than once", t);
@@ -195,7 +182,7 @@ void CommandParser::readItems(const Level& level, const std::string& extName, co
 
 // "CILEVEL=90 95" or "VARIABLE=id x1" (one variable): a second value where a
 // keyword belongs is named as such rather than as an unknown keyword.
-void CommandParser::rejectSecondValue(const Level& level, const ParamDescriptor& previous, const Token& t) const {
+void CommandParser::rejectSecondValue(const Level& level, const ParamDescriptor& previous, const Token& t) {
     const auto spec = previous.impl().spec;
     if (spec == UPSpecTypes::ParamBareKeyword || spec == UPSpecTypes::ParamQualifiedKeyword ||
         spec == UPSpecTypes::ParamVariableList || spec == UPSpecTypes::ParamVariableListContinued)
@@ -204,13 +191,12 @@ void CommandParser::rejectSecondValue(const Level& level, const ParamDescriptor&
     if (t.is(TokenKind::Number) || t.is(TokenKind::String))
         fail(context, "only one value is allowed, found " + t.describe(), t);
     const bool startsItem = peek(1).is(TokenKind::Equals) || peek(1).is(TokenKind::LeftParen);
-    if (spec == UPSpecTypes::ParamVariable && t.is(TokenKind::Word) && !startsItem && data_ &&
-        data_->findVariable(t.value) >= 0)
+    if (spec == UPSpecTypes::ParamVariable && t.is(TokenKind::Word) && !startsItem && variables_.find(t.text) >= 0)
         fail(context, "only one variable name is allowed, found " + t.describe(), t);
 }
 
 ParamObj CommandParser::readParam(const ParamDescriptor& desc, const Level& level, const std::string& extName) {
-    const Token& key = take();
+    const Token key = take();
     ParamObj obj;
     ParamObj::Impl& p = obj.impl();
     p.name = desc.getName();
@@ -229,7 +215,7 @@ ParamObj CommandParser::readParam(const ParamDescriptor& desc, const Level& leve
                 fail(context, desc.getName() + " takes qualifiers in parentheses, not a value, found \"=\"", peek(),
                      keywordNames(desc.impl().qualifiers));
             if (peek().is(TokenKind::LeftParen)) {
-                const Token& open = take();
+                const Token open = take();
                 p.hasQualifiers = true;
                 readItems(Level{&desc.impl().qualifiers, context, true}, extName, &open, p.qualifiers);
             }
@@ -277,12 +263,12 @@ void CommandParser::expectEquals(const std::string& context, const ParamDescript
 void CommandParser::readAllowedWord(const std::string& context, const ParamDescriptor& desc, ParamObj::Impl& out) {
     const auto& allowedValues = desc.impl().allowedValues;
     const std::string allowed = joinWords(allowedValues);
-    const Token& t = peek();
+    const Token t = peek();
     if (!t.is(TokenKind::Word)) fail(context, "a word is expected, found " + t.describe(), t, allowed);
-    const std::string word = upperCase(t.value);
+    const std::string word = upperCase(t.text);
     bool known = allowedValues.empty();
     for (const auto& a : allowedValues) known = known || a == word;
-    if (!known) fail(context, "\"" + t.text + "\" is not an allowed value", t, allowed);
+    if (!known) fail(context, t.describe() + " is not an allowed value", t, allowed);
     take();
     out.value = ParamObj::Impl::Value::Word;
     out.text = word;
@@ -291,18 +277,19 @@ void CommandParser::readAllowedWord(const std::string& context, const ParamDescr
 
 void CommandParser::readNumber(const std::string& context, const ParamDescriptor& desc, ParamObj::Impl& out) {
     const ParamDescriptor::Impl& d = desc.impl();
-    const Token& t = peek();
+    const Token t = peek();
     const std::string allowed = allowedRange(d);
     if (!t.is(TokenKind::Number)) fail(context, "a number is expected, found " + t.describe(), t, allowed);
-    const double v = t.number;
+    const double v = t.number();
+    const std::string shown = shownText(t.text);
     if (d.lowerOption == UPSpecTypes::LowerInclusive && v < d.lower)
-        fail(context, "value " + t.text + " is below the minimum of " + formatNumber(d.lower), t, allowed);
+        fail(context, "value " + shown + " is below the minimum of " + formatNumber(d.lower), t, allowed);
     if (d.lowerOption == UPSpecTypes::LowerExclusive && v <= d.lower)
-        fail(context, "value " + t.text + " must be greater than " + formatNumber(d.lower), t, allowed);
+        fail(context, "value " + shown + " must be greater than " + formatNumber(d.lower), t, allowed);
     if (d.upperOption == UPSpecTypes::UpperInclusive && v > d.upper)
-        fail(context, "value " + t.text + " is above the maximum of " + formatNumber(d.upper), t, allowed);
+        fail(context, "value " + shown + " is above the maximum of " + formatNumber(d.upper), t, allowed);
     if (d.upperOption == UPSpecTypes::UpperExclusive && v >= d.upper)
-        fail(context, "value " + t.text + " must be less than " + formatNumber(d.upper), t, allowed);
+        fail(context, "value " + shown + " must be less than " + formatNumber(d.upper), t, allowed);
     take();
     out.value = ParamObj::Impl::Value::Number;
     out.number = v;
@@ -313,79 +300,83 @@ void CommandParser::readVariable(const std::string& context, const ParamDescript
     const bool bracketed = peek().is(TokenKind::LeftBracket);
     if (bracketed && desc.impl().brackets != UPSpecTypes::BracketsOptional)
         fail(context, "brackets are not allowed here, found \"[\"", peek());
-    const Token* open = bracketed ? &take() : nullptr;
-    const Token& t = peek();
-    if (!t.is(TokenKind::Word) || isTo(t))
-        fail(context, "a variable name is expected, found " + t.describe(), t);
+    const Token open = bracketed ? take() : Token{};
+    const Token t = peek();
+    if (!t.is(TokenKind::Word) || isTo(t)) fail(context, "a variable name is expected, found " + t.describe(), t);
     findVariable(context, t);
     take();
-    if (open != nullptr) {
-        if (!peek().is(TokenKind::RightBracket)) fail(context, "the \"[\" is not closed", *open);
+    if (bracketed) {
+        if (!peek().is(TokenKind::RightBracket)) fail(context, "the \"[\" is not closed", open);
         take();
     }
     out.value = ParamObj::Impl::Value::Variables;
-    out.names = {t.value};
+    out.names = {std::string(t.text)};
     out.token = t.text;
 }
 
 void CommandParser::readVariableList(const std::string& context, const ParamDescriptor& desc, const Level& level,
                                      ParamObj::Impl& out) {
-    const Token* open = nullptr;
-    if (peek().is(TokenKind::LeftBracket)) {
-        if (desc.impl().brackets != UPSpecTypes::BracketsOptional)
-            fail(context, "brackets are not allowed here, found \"[\"", peek());
-        open = &take();
-    }
-    std::vector<const Token*> written;
-    const Token* stop = nullptr;
+    const bool bracketed = peek().is(TokenKind::LeftBracket);
+    if (bracketed && desc.impl().brackets != UPSpecTypes::BracketsOptional)
+        fail(context, "brackets are not allowed here, found \"[\"", peek());
+    const Token open = bracketed ? take() : Token{};
+    std::vector<Token> written;
+    Token stop;
+    const std::size_t mostNames = mostListNames();
+    std::size_t namesWritten = 0;
     for (;;) {
-        const Token& t = peek();
+        const Token t = peek();
         // A word followed by "=" or "(" starts the next keyword, known or not.
         const bool startsItem =
             t.is(TokenKind::Word) && (peek(1).is(TokenKind::Equals) || peek(1).is(TokenKind::LeftParen));
-        if (open != nullptr) {
+        if (bracketed) {
             if (t.is(TokenKind::RightBracket)) {
-                stop = &take();
+                stop = take();
                 break;
             }
             if (t.is(TokenKind::End) || t.is(TokenKind::Slash) || t.is(TokenKind::RightParen) ||
                 t.is(TokenKind::Equals) || t.is(TokenKind::LeftParen) || startsItem)
-                fail(context, "the \"[\" is not closed", *open);
+                fail(context, "the \"[\" is not closed", open);
             if (t.is(TokenKind::LeftBracket)) fail(context, "\"[\" is not expected inside brackets", t);
         } else {
             if (t.is(TokenKind::End) || t.is(TokenKind::Slash) || t.is(TokenKind::RightParen) || startsItem ||
-                (t.is(TokenKind::Word) && findParam(*level.params, t.value) != nullptr)) {
-                stop = &t;
+                (t.is(TokenKind::Word) && findParam(*level.params, t.text) != nullptr)) {
+                stop = t;
                 break;
             }
             if (t.is(TokenKind::RightBracket)) fail(context, "\"]\" has no matching \"[\"", t);
-            if (t.is(TokenKind::LeftBracket))
-                fail(context, "brackets must enclose the whole list, found \"[\"", t);
+            if (t.is(TokenKind::LeftBracket)) fail(context, "brackets must enclose the whole list, found \"[\"", t);
         }
         if (!t.is(TokenKind::Word)) fail(context, "a variable name is expected, found " + t.describe(), t);
-        written.push_back(&take());
+        if (!isTo(t) && ++namesWritten > mostNames) failListTooLong(context, t);
+        written.push_back(take());
     }
-    if (written.empty())
-        fail(context, "at least one variable name is expected, found " + stop->describe(), *stop);
+    if (written.empty()) fail(context, "at least one variable name is expected, found " + stop.describe(), stop);
 
     out.value = ParamObj::Impl::Value::Variables;
     out.names = resolveNames(context, written);
-    std::string token;
-    for (const Token* t : written) token += (token.empty() ? "" : " ") + t->text;
-    out.token = open != nullptr ? "[" + token + "]" : token;
+    std::size_t length = bracketed ? 2 : 0;
+    for (const Token& t : written) length += t.text.size() + 1;
+    out.token.reserve(length);
+    if (bracketed) out.token += '[';
+    for (std::size_t i = 0; i < written.size(); ++i) {
+        if (i > 0) out.token += ' ';
+        out.token += written[i].text;
+    }
+    if (bracketed) out.token += ']';
 }
 
 void CommandParser::readSingleValue(const std::string& context, const std::string& expected, ParamObj::Impl& out) {
-    const Token& t = peek();
+    const Token t = peek();
     if (t.is(TokenKind::String)) {
         out.value = ParamObj::Impl::Value::String;
-        out.text = t.value;
+        out.text = t.value();
     } else if (t.is(TokenKind::Word)) {
         out.value = ParamObj::Impl::Value::Word;
-        out.text = t.value;
+        out.text = t.text;
     } else if (t.is(TokenKind::Number)) {
         out.value = ParamObj::Impl::Value::Number;
-        out.number = t.number;
+        out.number = t.number();
     } else {
         fail(context, expected + " is expected, found " + t.describe() + "; write it in quotes", t);
     }
@@ -393,41 +384,53 @@ void CommandParser::readSingleValue(const std::string& context, const std::strin
     take();
 }
 
-std::vector<std::string> CommandParser::resolveNames(const std::string& context,
-                                                     const std::vector<const Token*>& written) const {
+std::vector<std::string> CommandParser::resolveNames(const std::string& context, const std::vector<Token>& written) {
     std::vector<std::string> names;
+    names.reserve(written.size());
     const std::string misplacedTo = "\"TO\" must stand between two variable names, as in \"a TO c\"";
     for (std::size_t i = 0; i < written.size(); ++i) {
-        const Token& first = *written[i];
+        const Token& first = written[i];
         if (isTo(first)) fail(context, misplacedTo, first);
-        const bool range = i + 1 < written.size() && isTo(*written[i + 1]);
+        const bool range = i + 1 < written.size() && isTo(written[i + 1]);
         if (!range) {
             findVariable(context, first);
-            names.push_back(first.value);
+            if (names.size() == mostListNames()) failListTooLong(context, first);
+            names.emplace_back(first.text);
             continue;
         }
-        if (i + 2 >= written.size() || isTo(*written[i + 2])) fail(context, misplacedTo, *written[i + 1]);
-        const Token& last = *written[i + 2];
+        if (i + 2 >= written.size() || isTo(written[i + 2])) fail(context, misplacedTo, written[i + 1]);
+        const Token& last = written[i + 2];
         const int from = findVariable(context, first);
         const int to = findVariable(context, last);
         if (from > to)
             fail(context,
-                 "the range \"" + first.text + " TO " + last.text + "\" runs backwards: \"" + first.text +
-                     "\" comes after \"" + last.text + "\" in the data set",
+                 "the range \"" + shownText(first.text) + " TO " + shownText(last.text) +
+                     "\" runs backwards: " + first.describe() + " comes after " + last.describe() + " in the data set",
                  first);
+        if (names.size() + static_cast<std::size_t>(to - from) + 1 > mostListNames()) failListTooLong(context, first);
         // The two ends keep their written spelling, the names between them the dictionary's.
-        names.push_back(first.value);
+        names.emplace_back(first.text);
         for (int k = from + 1; k < to; ++k) names.push_back(data_->variable(k).name);
-        if (to > from) names.push_back(last.value);
+        if (to > from) names.emplace_back(last.text);
         i += 2;
     }
     return names;
 }
 
-int CommandParser::findVariable(const std::string& context, const Token& name) const {
-    if (!data_) fail(context, "there is no active data set in which to find variable \"" + name.text + "\"", name);
-    const int index = data_->findVariable(name.value);
-    if (index < 0) fail(context, "variable \"" + name.text + "\" is not in the active data set", name);
+std::size_t CommandParser::mostListNames() const {
+    const std::size_t variables = data_ ? static_cast<std::size_t>(std::max(0, data_->variableCount())) : 0;
+    return std::max(kMostListNames, variables);
+}
+
+void CommandParser::failListTooLong(const std::string& context, const Token& at) const {
+    fail(context, "a variable list may hold at most " + groupedCount(mostListNames()) + " names; this one holds more",
+         at);
+}
+
+int CommandParser::findVariable(const std::string& context, const Token& name) {
+    if (!data_) fail(context, "there is no active data set in which to find variable " + name.describe(), name);
+    const int index = variables_.find(name.text);
+    if (index < 0) fail(context, "variable " + name.describe() + " is not in the active data set", name);
     return index;
 }
 

@@ -1,49 +1,64 @@
 #include "syntax/CommandTokenizer.h"
 
 #include <cmath>
-#include <cstdlib>
+
+#include "syntax/LineEnds.h"
+#include "syntax/MessageText.h"
 
 namespace host::syntax {
 namespace {
 
-bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\f' || c == '\v'; }
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
 // Letters include every byte of a UTF-8 sequence, so names may hold accented letters.
 bool isWordStart(char c) {
     const unsigned char u = static_cast<unsigned char>(c);
-    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_' || c == '@' || c == '#' ||
-           c == '$' || u >= 0x80;
+    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_' || c == '@' || c == '#' || c == '$' ||
+           u >= 0x80;
 }
 
 bool isWordPart(char c) { return isWordStart(c) || isDigit(c) || c == '.'; }
 
-}  // namespace
+// Bytes that continue a UTF-8 sequence do not start a new column.
+bool startsCharacter(char c) { return (static_cast<unsigned char>(c) & 0xC0u) != 0x80u; }
 
-CommandTokenizer::CommandTokenizer(const std::string& text, int firstLine)
-    : text_(text), line_(firstLine < 1 ? 1 : firstLine) {}
-
-bool CommandTokenizer::atTerminator(std::size_t pos) const {
-    if (pos >= text_.size() || text_[pos] != '.') return false;
-    for (std::size_t i = pos + 1; i < text_.size() && text_[i] != '\n'; ++i)
-        if (!isBlank(text_[i])) return false;
-    return true;
+TokenKind punctuation(char c) {
+    switch (c) {
+        case '/':
+            return TokenKind::Slash;
+        case '=':
+            return TokenKind::Equals;
+        case '(':
+            return TokenKind::LeftParen;
+        case ')':
+            return TokenKind::RightParen;
+        case '[':
+            return TokenKind::LeftBracket;
+        case ']':
+            return TokenKind::RightBracket;
+        default:
+            return TokenKind::Invalid;
+    }
 }
 
-Token CommandTokenizer::startToken(TokenKind kind) const {
-    Token token;
-    token.kind = kind;
-    token.line = line_;
-    token.column = column_;
-    return token;
+}  // namespace
+
+CommandTokenizer::CommandTokenizer(std::string_view text, int firstLine)
+    : text_(text), firstLine_(firstLine < 1 ? 1 : firstLine), line_(firstLine_) {}
+
+std::size_t CommandTokenizer::lineEndLength(std::size_t pos) const { return syntax::lineEndLength(text_, pos); }
+
+bool CommandTokenizer::atTerminator(std::size_t pos) const {
+    return pos < text_.size() && text_[pos] == '.' && onlyBlanksToLineEnd(text_, pos + 1);
 }
 
 void CommandTokenizer::advance(std::size_t count) {
-    pos_ += count;
-    column_ += static_cast<int>(count);
+    for (std::size_t end = pos_ + count; pos_ < end; ++pos_)
+        if (startsCharacter(text_[pos_])) ++column_;
 }
 
 bool CommandTokenizer::fail(const std::string& text, int column) {
+    failed_ = true;
     error_ = SyntaxError{};
     error_.text = text;
     error_.line = line_;
@@ -52,78 +67,72 @@ bool CommandTokenizer::fail(const std::string& text, int column) {
 }
 
 bool CommandTokenizer::skipSpace() {
-    const char c = text_[pos_];
-    if (c == '\n') {
-        ++pos_;
+    if (const std::size_t lineEnd = lineEndLength(pos_)) {
+        pos_ += lineEnd;
         ++line_;
         column_ = 1;
         return true;
     }
-    if (isBlank(c)) {
-        advance(1);
+    if (!isBlank(text_[pos_])) return false;
+    advance(1);
+    return true;
+}
+
+// The token runs from the current position to end.
+void CommandTokenizer::finish(Token& token, TokenKind kind, std::size_t end) {
+    token.kind = kind;
+    token.text = text_.substr(pos_, end - pos_);
+    token.line = line_;
+    token.column = column_;
+    advance(end - pos_);
+}
+
+bool CommandTokenizer::next(Token& token) {
+    if (failed_) return false;
+    if (ended_) {
+        token = end_;
         return true;
     }
-    return false;
-}
-
-bool CommandTokenizer::run() {
-    tokens_.clear();
-    while (pos_ < text_.size()) {
-        if (skipSpace()) continue;
-        const char c = text_[pos_];
-        if (atTerminator(pos_)) {
-            Token end = startToken(TokenKind::End);
-            end.text = end.value = ".";
-            tokens_.push_back(end);
-            advance(1);
-            return checkNothingFollows();
-        }
-        bool ok = true;
-        if (c == '\'' || c == '"') {
-            ok = readString();
-        } else if (isDigit(c) || ((c == '-' || c == '+' || c == '.') && pos_ + 1 < text_.size() &&
-                                   (isDigit(text_[pos_ + 1]) ||
-                                    (c != '.' && text_[pos_ + 1] == '.' && pos_ + 2 < text_.size() &&
-                                     isDigit(text_[pos_ + 2]))))) {
-            ok = readNumber();
-        } else if (isWordStart(c)) {
-            ok = readWord();
-        } else {
-            TokenKind kind;
-            switch (c) {
-                case '/': kind = TokenKind::Slash; break;
-                case '=': kind = TokenKind::Equals; break;
-                case '(': kind = TokenKind::LeftParen; break;
-                case ')': kind = TokenKind::RightParen; break;
-                case '[': kind = TokenKind::LeftBracket; break;
-                case ']': kind = TokenKind::RightBracket; break;
-                default: return fail("character \"" + std::string(1, c) + "\" is not allowed here", column_);
-            }
-            Token token = startToken(kind);
-            token.text = token.value = std::string(1, c);
-            tokens_.push_back(token);
-            advance(1);
-        }
-        if (!ok) return false;
+    while (pos_ < text_.size() && skipSpace()) {
     }
-    // No period: the end of the text ends the command.
-    Token end = startToken(TokenKind::End);
-    tokens_.push_back(end);
+    if (pos_ >= text_.size()) {
+        // No period: the end of the text ends the command.
+        ended_ = true;
+        finish(end_, TokenKind::End, pos_);
+        token = end_;
+        return true;
+    }
+    const char c = text_[pos_];
+    if (atTerminator(pos_)) {
+        ended_ = true;
+        finish(end_, TokenKind::End, pos_ + 1);
+        token = end_;
+        return checkNothingFollows();
+    }
+    if (c == '\'' || c == '"') return readString(token);
+    const bool signedNumber = (c == '-' || c == '+' || c == '.') && pos_ + 1 < text_.size() &&
+                              (isDigit(text_[pos_ + 1]) || (c != '.' && text_[pos_ + 1] == '.' &&
+                                                            pos_ + 2 < text_.size() && isDigit(text_[pos_ + 2])));
+    if (isDigit(c) || signedNumber) return readNumber(token);
+    if (isWordStart(c)) {
+        finish(token, TokenKind::Word, wordEnd(pos_));
+        return true;
+    }
+    const TokenKind kind = punctuation(c);
+    if (kind == TokenKind::Invalid)
+        return fail("character " + quotedText(text_.substr(pos_, 1)) + " is not allowed here", column_);
+    finish(token, kind, pos_ + 1);
     return true;
 }
 
-bool CommandTokenizer::readWord() {
-    Token token = startToken(TokenKind::Word);
-    std::size_t end = pos_;
+// A word runs over letters, digits and periods, up to a terminating period.
+std::size_t CommandTokenizer::wordEnd(std::size_t from) const {
+    std::size_t end = from;
     while (end < text_.size() && isWordPart(text_[end]) && !atTerminator(end)) ++end;
-    token.text = token.value = text_.substr(pos_, end - pos_);
-    tokens_.push_back(token);
-    advance(end - pos_);
-    return true;
+    return end;
 }
 
-bool CommandTokenizer::readNumber() {
-    Token token = startToken(TokenKind::Number);
+bool CommandTokenizer::readNumber(Token& token) {
     std::size_t end = pos_;
     if (text_[end] == '-' || text_[end] == '+') ++end;
     while (end < text_.size() && isDigit(text_[end])) ++end;
@@ -140,41 +149,30 @@ bool CommandTokenizer::readNumber() {
         }
     }
     // "12abc" or "1e": letters glued to a number make neither a number nor a name.
-    if (end < text_.size() && isWordPart(text_[end]) && !atTerminator(end)) {
-        std::size_t stop = end;
-        while (stop < text_.size() && isWordPart(text_[stop]) && !atTerminator(stop)) ++stop;
-        return fail("\"" + text_.substr(pos_, stop - pos_) + "\" is not a valid number", column_);
-    }
-    token.text = token.value = text_.substr(pos_, end - pos_);
-    token.number = std::strtod(token.text.c_str(), nullptr);
-    if (!std::isfinite(token.number)) return fail("number \"" + token.text + "\" is too large", column_);
-    tokens_.push_back(token);
-    advance(end - pos_);
+    if (end < text_.size() && isWordPart(text_[end]) && !atTerminator(end))
+        return fail(quotedText(text_.substr(pos_, wordEnd(end) - pos_)) + " is not a valid number", column_);
+    const int column = column_;
+    finish(token, TokenKind::Number, end);
+    if (!std::isfinite(token.number())) return fail("number " + token.describe() + " is too large", column);
     return true;
 }
 
-bool CommandTokenizer::readString() {
-    Token token = startToken(TokenKind::String);
+bool CommandTokenizer::readString(Token& token) {
     const char quote = text_[pos_];
     std::size_t i = pos_ + 1;
-    std::string content;
     for (;;) {
-        if (i >= text_.size() || text_[i] == '\n')
+        if (i >= text_.size() || lineEndLength(i) != 0)
             return fail("quoted string is not closed before the end of the line", column_);
         if (text_[i] == quote) {
             if (i + 1 < text_.size() && text_[i + 1] == quote) {
-                content += quote;
                 i += 2;
                 continue;
             }
             break;
         }
-        content += text_[i++];
+        ++i;
     }
-    token.text = text_.substr(pos_, i + 1 - pos_);
-    token.value = content;
-    tokens_.push_back(token);
-    advance(i + 1 - pos_);
+    finish(token, TokenKind::String, i + 1);
     return true;
 }
 
@@ -182,10 +180,10 @@ bool CommandTokenizer::checkNothingFollows() {
     while (pos_ < text_.size()) {
         if (!skipSpace()) {
             std::size_t stop = pos_;
-            while (stop < text_.size() && !isBlank(text_[stop]) && text_[stop] != '\n') ++stop;
-            return fail("text \"" + text_.substr(pos_, stop - pos_) +
-                            "\" follows the period that ends the command",
-                        column_);
+            while (stop < text_.size() && !isBlank(text_[stop]) && lineEndLength(stop) == 0) ++stop;
+            return fail(
+                "text " + quotedText(text_.substr(pos_, stop - pos_)) + " follows the period that ends the command",
+                column_);
         }
     }
     return true;

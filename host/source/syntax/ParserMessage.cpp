@@ -2,6 +2,7 @@
 
 #include "DataSet.h"
 #include "HostSession.h"
+#include "syntax/MessageText.h"
 
 struct ParserMessage::Impl {
     std::string commandName;
@@ -11,12 +12,13 @@ struct ParserMessage::Impl {
 namespace {
 
 // Replaces "^1" .. "^5" by the arguments in order; an absent argument leaves nothing.
+// The arguments are the user's words and names, shown as every message shows them.
 std::string fillPlaceholders(const std::string& text, const char* const (&args)[5]) {
     std::string out;
     for (std::size_t i = 0; i < text.size(); ++i) {
         if (text[i] == '^' && i + 1 < text.size() && text[i + 1] >= '1' && text[i + 1] <= '5') {
             const char* arg = args[text[i + 1] - '1'];
-            if (arg != nullptr) out += arg;
+            if (arg != nullptr) out += host::syntax::shownText(arg);
             ++i;
         } else {
             out += text[i];
@@ -27,9 +29,12 @@ std::string fillPlaceholders(const std::string& text, const char* const (&args)[
 
 const char* levelName(int level) {
     switch (level) {
-        case 1: return "nominal";
-        case 2: return "ordinal";
-        default: return nullptr;
+        case 1:
+            return "nominal";
+        case 2:
+            return "ordinal";
+        default:
+            return nullptr;
     }
 }
 
@@ -71,7 +76,7 @@ void ParserMessage::NeedDepVarCont(const VelaVarName& name, const char* keyword,
         const int index = data->findVariable(name.str());
         if (index >= 0) level = levelName(data->variable(index).measurementLevel);
     }
-    std::string text = "Variable \"" + name.str() + "\"";
+    std::string text = "Variable " + host::syntax::quotedText(name.str());
     if (keyword != nullptr && *keyword != '\0') text += " named on " + std::string(keyword);
     if (level != nullptr)
         text += " is " + std::string(level) + "; a scale (continuous) variable is needed there.";

@@ -4,13 +4,13 @@
 
 namespace host::syntax {
 
-std::string upperCase(const std::string& text) {
-    std::string out = text;
+std::string upperCase(std::string_view text) {
+    std::string out(text);
     for (char& c : out) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
     return out;
 }
 
-bool equalsIgnoreCase(const std::string& a, const std::string& b) {
+bool equalsIgnoreCase(std::string_view a, std::string_view b) {
     if (a.size() != b.size()) return false;
     for (std::size_t i = 0; i < a.size(); ++i)
         if (std::toupper(static_cast<unsigned char>(a[i])) != std::toupper(static_cast<unsigned char>(b[i])))

@@ -15,11 +15,10 @@ UniversalParser::~UniversalParser() = default;
 
 unsigned UniversalParser::getCommandSpecifications() {
     host::HostSession& session = host::HostSession::instance();
-    const VELA_TokenSequence::Impl& tokens = tokens_.impl();
+    VELA_TokenSequence::Impl& tokens = tokens_.impl();
     spec_.impl() = CommandSpec::Impl{};
     try {
-        if (tokens.error) throw *tokens.error;
-        host::syntax::CommandParser parser(tokens.tokens, desc_, session.activeDataSet());
+        host::syntax::CommandParser parser(*tokens.tokens, desc_, session.activeDataSet());
         spec_.impl() = parser.parse();
         return 0;
     } catch (const host::syntax::SyntaxError& error) {

@@ -1,7 +1,6 @@
 #include "VELA_TokenSequence.h"
 
 #include "HostSession.h"
-#include "syntax/CommandTokenizer.h"
 #include "syntax/VELA_TokenSequenceImpl.h"
 
 VELA_TokenSequence::VELA_TokenSequence(bool currentCommand) : impl_(std::make_unique<Impl>()) {
@@ -18,14 +17,7 @@ VELA_TokenSequence::~VELA_TokenSequence() = default;
 VELA_TokenSequence::Impl& VELA_TokenSequence::impl() { return *impl_; }
 const VELA_TokenSequence::Impl& VELA_TokenSequence::impl() const { return *impl_; }
 
-void VELA_TokenSequence::Impl::load(const std::string& text, int firstLine, const std::string& source) {
-    host::syntax::CommandTokenizer tokenizer(text, firstLine);
-    error.reset();
+void VELA_TokenSequence::Impl::load(std::string text, int firstLine, const std::string& source) {
+    tokens = std::make_unique<host::syntax::TokenStream>(std::move(text), firstLine);
     sourceName = source;
-    if (tokenizer.run()) {
-        tokens = tokenizer.tokens();
-    } else {
-        tokens.clear();
-        error = tokenizer.error();
-    }
 }

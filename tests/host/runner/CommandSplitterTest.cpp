@@ -80,3 +80,43 @@ TEST(CommandSplitter, IndentedCommentIsDropped) {
     ASSERT_EQ(commands.size(), 1u);
     EXPECT_EQ(commands[0].text, "X a.");
 }
+
+TEST(CommandSplitter, AByteOrderMarkAtTheStartIsNotText) {
+    auto commands = splitCommands("\xEF\xBB\xBFX a.\nY b.\n");
+    ASSERT_EQ(commands.size(), 2u);
+    EXPECT_EQ(commands[0].text, "X a.");
+    EXPECT_EQ(commands[0].firstLine, 1);
+    // Only at the start: elsewhere it is a character like any other.
+    auto inside = splitCommands(
+        "X \xEF\xBB\xBF"
+        "a.");
+    ASSERT_EQ(inside.size(), 1u);
+    EXPECT_EQ(inside[0].text,
+              "X \xEF\xBB\xBF"
+              "a.");
+}
+
+TEST(CommandSplitter, ALoneCarriageReturnEndsALine) {
+    auto commands = splitCommands("X a.\rY b\r  c.\r\rZ 'q.\rW.");
+    ASSERT_EQ(commands.size(), 3u);
+    EXPECT_EQ(commands[0].text, "X a.");
+    EXPECT_EQ(commands[1].text, "Y b\r  c.");
+    EXPECT_EQ(commands[1].firstLine, 2);
+    // The string is not closed on its line; the period on the next line ends the command.
+    EXPECT_EQ(commands[2].text, "Z 'q.\rW.");
+    EXPECT_EQ(commands[2].firstLine, 5);
+}
+
+TEST(CommandSplitter, CommandsAreSplitOneAtATime) {
+    const std::string syntax = "* note.\n  X a.\nY b";
+    host::CommandSplitter splitter(syntax);
+    host::SyntaxCommand command;
+    ASSERT_TRUE(splitter.next(command));
+    EXPECT_EQ(command.text, "  X a.");
+    EXPECT_EQ(command.firstLine, 2);
+    ASSERT_TRUE(splitter.next(command));
+    EXPECT_EQ(command.text, "Y b");
+    EXPECT_EQ(command.firstLine, 3);
+    EXPECT_FALSE(splitter.next(command));
+    EXPECT_FALSE(splitter.next(command));
+}

@@ -130,15 +130,58 @@ TEST(ThreadWorkerPool, TheFirstExceptionIsRethrownAfterTheStartedTasksEnd) {
 }
 
 TEST(ThreadWorkerPool, TasksAfterAFailureAreSkipped) {
+    // Until the pool has caught the exception, the other worker may still take
+    // indices: the throwing thread can be preempted between its throw and the
+    // catch. Each task therefore lasts a millisecond, so running half of them
+    // would need a pause of five seconds.
     ThreadWorkerPool pool(2);
+    const std::size_t tasks = 10000;
     std::atomic<std::size_t> ran{0};
-    EXPECT_THROW(pool.Run(100000,
+    EXPECT_THROW(pool.Run(tasks,
                           [&](std::size_t i, unsigned) {
                               ++ran;
                               if (i == 0) throw std::logic_error("first");
+                              std::this_thread::sleep_for(std::chrono::milliseconds(1));
                           }),
                  std::logic_error);
-    EXPECT_LT(ran.load(), 100000u);
+    EXPECT_LT(ran.load(), tasks / 2);
+}
+
+TEST(ThreadWorkerPool, OnOneWorkerNoTaskRunsAfterTheFailure) {
+    ThreadWorkerPool pool(1);
+    std::vector<std::size_t> ran;
+    EXPECT_THROW(pool.Run(100,
+                          [&](std::size_t i, unsigned) {
+                              ran.push_back(i);
+                              if (i == 5) throw std::logic_error("sixth");
+                          }),
+                 std::logic_error);
+    EXPECT_EQ(ran, (std::vector<std::size_t>{0, 1, 2, 3, 4, 5}));
+}
+
+TEST(ThreadWorkerPool, TheWorkerThatFailedTakesNoFurtherTask) {
+    // The worker that caught the exception sees its own failure at once,
+    // whatever the timing of the others.
+    ThreadWorkerPool pool(4);
+    const std::size_t tasks = 2000;
+    std::atomic<std::size_t> order{0};
+    std::unique_ptr<std::atomic<std::size_t>[]> startedAs(new std::atomic<std::size_t>[tasks]());
+    std::unique_ptr<std::atomic<unsigned>[]> workerOf(new std::atomic<unsigned>[tasks]());
+    for (std::size_t i = 0; i < tasks; ++i) startedAs[i] = tasks;  // not started
+    EXPECT_THROW(pool.Run(tasks,
+                          [&](std::size_t i, unsigned worker) {
+                              startedAs[i] = order++;
+                              workerOf[i] = worker;
+                              std::this_thread::sleep_for(std::chrono::microseconds(50));
+                              if (i == 10) throw std::logic_error("task 10");
+                          }),
+                 std::logic_error);
+    ASSERT_LT(startedAs[10].load(), tasks);
+    for (std::size_t i = 0; i < tasks; ++i) {
+        if (startedAs[i] != tasks && workerOf[i] == workerOf[10]) {
+            EXPECT_LE(startedAs[i].load(), startedAs[10].load()) << "task " << i << " after the failure";
+        }
+    }
 }
 
 TEST(ThreadWorkerPool, NestedRunStaysOnTheCallingWorker) {

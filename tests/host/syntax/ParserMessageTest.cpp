@@ -101,3 +101,13 @@ TEST(ParserMessage, NeedDepVarContWithoutAKnownLevelAndWithExtraText) {
               "Variable \"zz\" named on VARIABLE is not a scale (continuous) variable; a scale variable is needed "
               "there. See the dictionary.");
 }
+
+TEST(ParserMessage, ArgumentsAreShownLikeEveryQuotedToken) {
+    syntaxtest::beginCommand("DISTANCE CORRELATION VARIABLE=x1.");
+    const std::string digits = "1." + std::string(1000, '0');
+    procedureMessage().GenericError("^1 invalid file name param ^2 subcom ^3 ...", digits.c_str(), "OUT\x1b[2J",
+                                    "PRINT");
+    ASSERT_EQ(messages().size(), 1u);
+    EXPECT_EQ(messages()[0].text,
+              "1." + std::string(75, '0') + "... invalid file name param OUT\\u001B[2J subcom PRINT ...");
+}

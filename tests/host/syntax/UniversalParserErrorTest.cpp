@@ -37,9 +37,9 @@ TEST(UniversalParserErrors, SlashWithoutSubcommandName) {
 }
 
 TEST(UniversalParserErrors, UnknownKeyword) {
-    EXPECT_EQ(errorFor(withVariables("  /PRINT FOO.")),
-              std::string("PRINT: keyword \"FOO\" is not recognized (command line, line 2, column 10). ") +
-                  kPrintKeywords);
+    EXPECT_EQ(
+        errorFor(withVariables("  /PRINT FOO.")),
+        std::string("PRINT: keyword \"FOO\" is not recognized (command line, line 2, column 10). ") + kPrintKeywords);
 }
 
 TEST(UniversalParserErrors, UnknownKeywordInTheGlobalPart) {
@@ -54,9 +54,9 @@ TEST(UniversalParserErrors, UnknownQualifier) {
 }
 
 TEST(UniversalParserErrors, NumberWhereAKeywordBelongs) {
-    EXPECT_EQ(errorFor(withVariables("  /PRINT DETAILS 95.")),
-              std::string("PRINT: a keyword is expected, found \"95\" (command line, line 2, column 18). ") +
-                  kPrintKeywords);
+    EXPECT_EQ(
+        errorFor(withVariables("  /PRINT DETAILS 95.")),
+        std::string("PRINT: a keyword is expected, found \"95\" (command line, line 2, column 18). ") + kPrintKeywords);
 }
 
 TEST(UniversalParserErrors, SecondValueForASingleValueKeyword) {
@@ -271,8 +271,9 @@ TEST(UniversalParserErrors, EmptyVariableList) {
 TEST(UniversalParserErrors, MessageNamesTheSyntaxFileAndItsLine) {
     auto run = parse(withVariables("  /PRINT FOO."), syntaxtest::standardData(), "analysis.sps", 10);
     EXPECT_NE(run.status, 0u);
-    EXPECT_EQ(run.error(), std::string("PRINT: keyword \"FOO\" is not recognized (analysis.sps, line 11, column 10). ") +
-                               kPrintKeywords);
+    EXPECT_EQ(
+        run.error(),
+        std::string("PRINT: keyword \"FOO\" is not recognized (analysis.sps, line 11, column 10). ") + kPrintKeywords);
 }
 
 TEST(UniversalParserErrors, ShownOnStandardErrorWithTheCommandName) {
@@ -299,4 +300,44 @@ TEST(UniversalParserErrors, FailedParseLeavesNoSubcommands) {
     EXPECT_NE(run.status, 0u);
     EXPECT_EQ(run.sub(""), nullptr);
     EXPECT_EQ(run.sub("PRINT"), nullptr);
+}
+
+TEST(UniversalParserErrors, ProblemsAreReportedInTheOrderOfTheText) {
+    // The unknown subcommand comes before the character that is not allowed ...
+    EXPECT_EQ(errorFor(withVariables("  /FOO & BAR.")),
+              "Subcommand \"FOO\" is not recognized (command line, line 2, column 4). "
+              "Allowed: ID, CRITERIA, PRINT, PLOT.");
+    // ... and the character comes before the unknown subcommand.
+    EXPECT_EQ(errorFor(withVariables("  /PRINT DETAILS & /FOO.")),
+              "Character \"&\" is not allowed here (command line, line 2, column 18).");
+}
+
+namespace {
+
+// "x1 x1 x1 ..." with the given number of names.
+std::string repeatedNames(std::size_t count) {
+    std::string names;
+    names.reserve(3 * count);
+    for (std::size_t i = 0; i < count; ++i) names += "x1 ";
+    return names;
+}
+
+}  // namespace
+
+TEST(UniversalParserErrors, AListOfMoreNamesThanTheBoundIsRefusedAtTheFirstNameBeyondIt) {
+    // The names start at column 31, three columns apart: name 100,001 at 31 + 3 * 100,000.
+    EXPECT_EQ(errorFor("DISTANCE CORRELATION VARIABLE=" + repeatedNames(100001) + "."),
+              "VARIABLE: a variable list may hold at most 100,000 names; this one holds more "
+              "(command line, line 1, column 300031).");
+    // Here they start at column 32.
+    EXPECT_EQ(errorFor(withVariables("  /PRINT DISTMATRIX(CONFIGURE=[" + repeatedNames(100001) + "]).")),
+              "PRINT DISTMATRIX CONFIGURE: a variable list may hold at most 100,000 names; this one holds more "
+              "(command line, line 2, column 300032).");
+}
+
+TEST(UniversalParserErrors, ARangeThatPassesTheBoundIsRefusedAtTheRange) {
+    // 99,995 names and x1 TO id, the eleven variables of the data set: 100,006 names.
+    EXPECT_EQ(errorFor("DISTANCE CORRELATION VARIABLE=" + repeatedNames(99995) + "x1 TO id."),
+              "VARIABLE: a variable list may hold at most 100,000 names; this one holds more "
+              "(command line, line 1, column 300016).");
 }

@@ -199,7 +199,8 @@ TEST(UniversalParser, ToExpandsInsideConfigureToo) {
 }
 
 TEST(UniversalParser, NamesMatchTheDictionaryInAnyCaseAndKeepTheirWrittenSpelling) {
-    auto run = parse("DISTANCE CORRELATION VARIABLE=SOLAR.r My_Var X1 /ID VARIABLE=ID /PLOT SCATTERPLOT(XAXIS=solar.R).");
+    auto run =
+        parse("DISTANCE CORRELATION VARIABLE=SOLAR.r My_Var X1 /ID VARIABLE=ID /PLOT SCATTERPLOT(XAXIS=solar.R).");
     expectAccepted(run);
     EXPECT_EQ(varList(run.param("", "VARIABLE")), (Names{"SOLAR.r", "My_Var", "X1"}));
     EXPECT_EQ(textList(run.param("", "VARIABLE")), (Names{"SOLAR.r", "My_Var", "X1"}));
@@ -271,8 +272,9 @@ TEST(UniversalParser, SubcommandsMayBeEmpty) {
 }
 
 TEST(UniversalParser, KeywordsAndCommandNameIgnoreLetterCase) {
-    auto run = parse("distance Correlation variable=x1 x2 /print Details distmatrix(configure=x1 save=true "
-                     "outfile='a.sav') /criteria permutation(seed=3).");
+    auto run = parse(
+        "distance Correlation variable=x1 x2 /print Details distmatrix(configure=x1 save=true "
+        "outfile='a.sav') /criteria permutation(seed=3).");
     expectAccepted(run);
     EXPECT_NE(run.param("PRINT", "DETAILS"), nullptr);
     EXPECT_EQ(run.param("PRINT", "DETAILS")->getParamName(), "DETAILS");
@@ -362,4 +364,29 @@ TEST(UniversalParser, ParsingAgainReplacesTheEarlierResult) {
     EXPECT_EQ(parser.getCommandSpecifications(), 0u);
     EXPECT_EQ(first.sub("PRINT"), nullptr);
     EXPECT_EQ(varList(first.param("", "VARIABLE")), (Names{"x1", "x3"}));
+}
+
+TEST(UniversalParser, AListMayHoldOneHundredThousandNames) {
+    std::string text = "DISTANCE CORRELATION VARIABLE=";
+    for (int i = 0; i < 100000; ++i) text += "x1 ";
+    const ParseRun run = parse(text + ".");
+    ASSERT_EQ(run.status, 0u) << run.error();
+    EXPECT_EQ(varList(run.param("", "VARIABLE")).size(), 100000u);
+    EXPECT_EQ(textList(run.param("", "VARIABLE")).size(), 100000u);
+}
+
+TEST(UniversalParser, InAWiderDataSetAListMayNameEveryVariable) {
+    auto data = std::make_shared<syntaxtest::FakeDataSet>();
+    const int variables = 100005;
+    for (int i = 1; i <= variables; ++i) data->add("v" + std::to_string(i));
+    ParseRun run = parse("DISTANCE CORRELATION VARIABLE=v1 TO v100005.", data);
+    ASSERT_EQ(run.status, 0u) << run.error();
+    const Names names = varList(run.param("", "VARIABLE"));
+    ASSERT_EQ(names.size(), static_cast<std::size_t>(variables));
+    EXPECT_EQ(names[100004], "v100005");
+    // One name more than the data set has variables is one too many.
+    run = parse("DISTANCE CORRELATION VARIABLE=v1 TO v100005 v7.", data);
+    EXPECT_EQ(run.error(),
+              "VARIABLE: a variable list may hold at most 100,005 names; this one holds more "
+              "(command line, line 1, column 45).");
 }

@@ -15,14 +15,8 @@
 #include <vector>
 
 #include "EngineTestSettings.h"
+#include "Sanitizers.h"
 
-#if defined(__SANITIZE_ADDRESS__)
-#define DC_ADDRESS_SANITIZER 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define DC_ADDRESS_SANITIZER 1
-#endif
-#endif
 
 namespace {
 

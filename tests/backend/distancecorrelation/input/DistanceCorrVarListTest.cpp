@@ -197,3 +197,20 @@ TEST_F(AlgoDataAccessFactoryTest, NoSourceGivesNoAccess) {
     std::vector<int> indices{0};
     EXPECT_EQ(factory.getAlgoDataAccess(indices, nullptr, true, true, true), nullptr);
 }
+
+TEST(AlgorithmVarListTest, FindVariableGivesTheFirstElementAfterTheWeightIsReplaced) {
+    AlgorithmVarList list;
+    EXPECT_EQ(list.AddContVar("a", "A"), 0);
+    EXPECT_EQ(list.SetWeightVar("x", "X"), 1);
+    EXPECT_EQ(list.AddContVar("y", "Y"), 2);
+    // The weight may take a name that is already in the list: the first one counts.
+    list.SetWeightVar("y", "Y");
+    EXPECT_EQ(list.FindVariable("y"), 1);
+    EXPECT_EQ(list.FindVariable("x"), -1);
+    list.SetWeightVar("z", "Z");
+    EXPECT_EQ(list.FindVariable("y"), 2);
+    EXPECT_EQ(list.FindVariable("z"), 1);
+    EXPECT_EQ(list.FindVariable("a"), 0);
+    const AlgorithmVarList copy(list);
+    EXPECT_EQ(copy.FindVariable("y"), 2);
+}

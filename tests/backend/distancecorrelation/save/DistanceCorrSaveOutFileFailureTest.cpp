@@ -8,8 +8,9 @@
 
 #include "DistanceCorrSaveOutFile.h"
 #include "SaveTestSupport.h"
+#include "Sanitizers.h"
 
-#ifdef __SANITIZE_ADDRESS__
+#ifdef DC_ADDRESS_SANITIZER
 #include <sanitizer/lsan_interface.h>
 #endif
 
@@ -76,7 +77,7 @@ TEST_F(SaveFileTest, FailedCloseRestoresTheOldFileAndLeavesNoTemporaries) {
     records_.push_back(makeRecord("x", {1.0, 2.0, 4.0}));
     requestSave({"x"}, csvPath());
 
-#ifdef __SANITIZE_ADDRESS__
+#ifdef DC_ADDRESS_SANITIZER
     // After a failed close the writer leaves the file object to the host on
     // purpose; the reference host never claims it.
     __lsan_disable();
@@ -91,7 +92,7 @@ TEST_F(SaveFileTest, FailedCloseRestoresTheOldFileAndLeavesNoTemporaries) {
         writeFile(schemaPath() / "keep.txt", "keep\n");
         EXPECT_EQ(writer.Close(), DistanceCorrSaveOutFile::FileFailed);
     }
-#ifdef __SANITIZE_ADDRESS__
+#ifdef DC_ADDRESS_SANITIZER
     __lsan_enable();
 #endif
     EXPECT_EQ(readBytes(csvPath()), oldData);

@@ -3,7 +3,7 @@
 // that workload alone; bench/run.sh drives it and prints the table.
 //
 //   DistanceCorrBench data WORKLOAD FILE.csv      write the workload's data
-//   DistanceCorrBench run WORKLOAD [--literal] [--permutations N]
+//   DistanceCorrBench run WORKLOAD [--literal] [--permutations N] [--threads N]
 //   DistanceCorrBench measure COMMAND ARGS...     run a program, report its
 //                                                 wall time, CPU time, peak memory
 //
@@ -16,10 +16,13 @@
 #include <cstdio>
 #include <cstring>
 #include <iostream>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "BenchSupport.h"
+#include "runner/ProcedureServices.h"
+#include "runner/ThreadWorkerPool.h"
 
 namespace {
 
@@ -56,14 +59,14 @@ Observed observe(DistanceCorrAlgo& algo, Matrix data) {
 
 void print(const std::string& key, double value) { std::printf(" %s=%.6g", key.c_str(), value); }
 
-int run(const bench::Workload& w, bool literal, std::uint64_t permutations) {
+int run(const bench::Workload& w, bool literal, std::uint64_t permutations, unsigned threads) {
     const Matrix data = bench::makeData(w);
     const double inputBytes = static_cast<double>(w.variables * w.cases * sizeof(double));
     const double guard = static_cast<double>(DistanceCorrAlgo::calculateMemoryEstimate(w.variables, w.cases, false));
-    const auto how = literal ? DistanceCorrAlgo::PermutationStatistics::MatrixRecipe
-                             : DistanceCorrAlgo::PermutationStatistics::Fast;
-    std::printf("workload=%s variables=%zu cases=%zu permutations=%llu literal=%d", w.name.c_str(), w.variables,
-                w.cases, static_cast<unsigned long long>(permutations), literal ? 1 : 0);
+    const auto how =
+        literal ? DistanceCorrAlgo::PermutationStatistics::MatrixRecipe : DistanceCorrAlgo::PermutationStatistics::Fast;
+    std::printf("workload=%s variables=%zu cases=%zu permutations=%llu literal=%d threads=%u", w.name.c_str(),
+                w.variables, w.cases, static_cast<unsigned long long>(permutations), literal ? 1 : 0, threads);
     print("input_bytes", inputBytes);
     print("guard_bytes", guard);
 
@@ -141,7 +144,7 @@ int measure(char** argv) {
 
 int usage() {
     std::cerr << "usage: DistanceCorrBench data WORKLOAD FILE.csv\n"
-                 "       DistanceCorrBench run WORKLOAD [--literal] [--permutations N]\n"
+                 "       DistanceCorrBench run WORKLOAD [--literal] [--permutations N] [--threads N]\n"
                  "       DistanceCorrBench measure COMMAND [ARGS...]\n"
                  "workloads:";
     for (const bench::Workload& w : bench::workloads()) std::cerr << " " << w.name;
@@ -164,17 +167,26 @@ int main(int argc, char** argv) {
         if (command != "run") return usage();
         bool literal = false;
         std::uint64_t permutations = w.permutations;
+        unsigned threads = 1;
         for (int a = 3; a < argc; ++a) {
             const std::string option = argv[a];
             if (option == "--literal") {
                 literal = true;
             } else if (option == "--permutations" && a + 1 < argc) {
                 permutations = std::stoull(argv[++a]);
+            } else if (option == "--threads" && a + 1 < argc) {
+                threads = static_cast<unsigned>(std::stoul(argv[++a]));
             } else {
                 return usage();
             }
         }
-        return run(w, literal, permutations);
+        // As distcorr --threads N: a pool of N workers, none for one.
+        std::unique_ptr<host::ThreadWorkerPool> pool;
+        if (threads > 1) pool = std::make_unique<host::ThreadWorkerPool>(threads);
+        host::setWorkerPool(pool.get());
+        const int status = run(w, literal, permutations, threads);
+        host::setWorkerPool(nullptr);
+        return status;
     } catch (const std::exception& e) {
         std::cerr << "DistanceCorrBench: " << e.what() << "\n";
         return 1;

@@ -1,4 +1,5 @@
 #pragma once
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <utility>
@@ -19,6 +20,7 @@ public:
     DistanceCorrMatrixStorage(const std::vector<Matrix*>& matrices, std::size_t rows, std::size_t columns);
 
     // Sizes a row to `columns`, backing its storage first if it is fresh.
+    // Workers may prepare different rows at the same time.
     void prepare(std::vector<double>& row, std::size_t columns);
 
 private:
@@ -29,6 +31,7 @@ private:
     void planHugePages(std::vector<Range>& fresh);
     void back(std::uintptr_t start, std::uintptr_t end);
 
-    std::vector<std::uintptr_t> pages_;  // start addresses, ascending
-    std::vector<bool> backed_;
+    std::vector<std::uintptr_t> pages_;      // start addresses, ascending; fixed once planned
+    std::vector<std::atomic<bool>> backed_;  // claimed by the first row that needs the page
+    std::atomic<bool> stopped_{false};       // the system refused: advise nothing more
 };

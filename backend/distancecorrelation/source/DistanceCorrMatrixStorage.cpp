@@ -41,7 +41,7 @@ DistanceCorrMatrixStorage::DistanceCorrMatrixStorage(const std::vector<Matrix*>&
 }
 
 void DistanceCorrMatrixStorage::prepare(std::vector<double>& row, std::size_t columns) {
-    if (!pages_.empty()) {
+    if (!pages_.empty() && !stopped_.load(std::memory_order_relaxed)) {
         const auto start = reinterpret_cast<std::uintptr_t>(row.data());
         back(start, start + columns * sizeof(double));
     }
@@ -70,7 +70,8 @@ void DistanceCorrMatrixStorage::planHugePages(std::vector<Range>& fresh) {
         }
     }
     addPages(start, end);
-    backed_.assign(pages_.size(), false);
+    backed_ = std::vector<std::atomic<bool>>(pages_.size());
+    for (std::atomic<bool>& b : backed_) b.store(false, std::memory_order_relaxed);
 }
 
 void DistanceCorrMatrixStorage::back(std::uintptr_t start, std::uintptr_t end) {
@@ -84,11 +85,10 @@ void DistanceCorrMatrixStorage::back(std::uintptr_t start, std::uintptr_t end) {
     if (page != pages_.begin()) --page;
     for (; page != pages_.end() && *page < end; ++page) {
         const std::size_t k = static_cast<std::size_t>(page - pages_.begin());
-        if (backed_[k] || *page + kHugePage <= start) continue;
-        backed_[k] = true;
+        if (*page + kHugePage <= start || backed_[k].exchange(true, std::memory_order_relaxed)) continue;
         if (madvise(reinterpret_cast<void*>(*page), kHugePage, kCollapse) != 0 && errno == EINVAL) {
             unsupported().store(true, std::memory_order_relaxed);
-            pages_.clear();
+            stopped_.store(true, std::memory_order_relaxed);
             return;
         }
     }

@@ -105,7 +105,8 @@ struct Kernels {
     }
 
     // Sums of kGroupRows consecutive rows, each left to right from 0.0, and
-    // their elements added to the column sums in row order.
+    // (with `Columns`) their elements added to the column sums in row order.
+    template <bool Columns>
     [[gnu::always_inline]] static inline void sumRowGroup(const double* const* rows, std::size_t n, double* rowSums,
                                                           double* colSums) {
         Vec low{};
@@ -118,10 +119,12 @@ struct Kernels {
                 a[r] = load(rows[r] + j);
                 b[r] = load(rows[W + r] + j);
             }
-            Vec column = load(colSums + j);
-            for (int r = 0; r < W; ++r) column += a[r];
-            for (int r = 0; r < W; ++r) column += b[r];
-            store(colSums + j, column);
+            if constexpr (Columns) {
+                Vec column = load(colSums + j);
+                for (int r = 0; r < W; ++r) column += a[r];
+                for (int r = 0; r < W; ++r) column += b[r];
+                store(colSums + j, column);
+            }
             Vec ta[W];
             Vec tb[W];
             transposeTile(a, ta);
@@ -137,14 +140,34 @@ struct Kernels {
             sums[W + r] = high[r];
         }
         for (; j < n; ++j) {
-            double column = colSums[j];
-            for (std::size_t r = 0; r < kGroupRows; ++r) {
-                sums[r] += rows[r][j];
-                column += rows[r][j];
+            if constexpr (Columns) {
+                double column = colSums[j];
+                for (std::size_t r = 0; r < kGroupRows; ++r) column += rows[r][j];
+                colSums[j] = column;
             }
-            colSums[j] = column;
+            for (std::size_t r = 0; r < kGroupRows; ++r) sums[r] += rows[r][j];
         }
         for (std::size_t r = 0; r < kGroupRows; ++r) rowSums[r] = sums[r];
+    }
+
+    // Columns [begin, end) of `count` consecutive rows added to the column
+    // sums, row after row.
+    [[gnu::always_inline]] static inline void addColumns(const double* const* rows, std::size_t count,
+                                                         std::size_t begin, std::size_t end, double* colSums) {
+        std::size_t j = begin;
+        for (; j + 4 * W <= end; j += 4 * W) {
+            Vec column[4];
+            for (int k = 0; k < 4; ++k) column[k] = load(colSums + j + k * W);
+            for (std::size_t r = 0; r < count; ++r) {
+                for (int k = 0; k < 4; ++k) column[k] += load(rows[r] + j + k * W);
+            }
+            for (int k = 0; k < 4; ++k) store(colSums + j + k * W, column[k]);
+        }
+        for (; j < end; ++j) {
+            double column = colSums[j];
+            for (std::size_t r = 0; r < count; ++r) column += rows[r][j];
+            colSums[j] = column;
+        }
     }
 
     // One row on its own: its sum, and its elements added to the column sums.
@@ -228,7 +251,14 @@ struct Build<2> {
         K::distanceRow(x, n, i, out);
     }
     static void sumRowGroup(const double* const* rows, std::size_t n, double* rowSums, double* colSums) {
-        K::sumRowGroup(rows, n, rowSums, colSums);
+        K::template sumRowGroup<true>(rows, n, rowSums, colSums);
+    }
+    static void sumRows(const double* const* rows, std::size_t n, double* rowSums) {
+        K::template sumRowGroup<false>(rows, n, rowSums, nullptr);
+    }
+    static void addColumns(const double* const* rows, std::size_t count, std::size_t begin, std::size_t end,
+                           double* colSums) {
+        K::addColumns(rows, count, begin, end, colSums);
     }
     static double sumRow(const double* row, std::size_t n, double* colSums) { return K::sumRow(row, n, colSums); }
     static double centreRow(const double* d, double rm, const double* cm, double g, std::size_t n, double* a) {
@@ -248,7 +278,14 @@ struct Build<4> {
     }
     __attribute__((target("avx2"))) static void sumRowGroup(const double* const* rows, std::size_t n, double* rowSums,
                                                             double* colSums) {
-        K::sumRowGroup(rows, n, rowSums, colSums);
+        K::template sumRowGroup<true>(rows, n, rowSums, colSums);
+    }
+    __attribute__((target("avx2"))) static void sumRows(const double* const* rows, std::size_t n, double* rowSums) {
+        K::template sumRowGroup<false>(rows, n, rowSums, nullptr);
+    }
+    __attribute__((target("avx2"))) static void addColumns(const double* const* rows, std::size_t count,
+                                                           std::size_t begin, std::size_t end, double* colSums) {
+        K::addColumns(rows, count, begin, end, colSums);
     }
     __attribute__((target("avx2"))) static double sumRow(const double* row, std::size_t n, double* colSums) {
         return K::sumRow(row, n, colSums);
@@ -265,8 +302,8 @@ struct Build<4> {
 
 template <int W>
 DistanceCorrRowKernels tableOf() {
-    return {Kernels<W>::kGroupRows, &Build<W>::distanceRow, &Build<W>::sumRowGroup,
-            &Build<W>::sumRow,      &Build<W>::centreRow,   &Build<W>::addRowProducts};
+    return {Kernels<W>::kGroupRows, &Build<W>::distanceRow, &Build<W>::sumRowGroup, &Build<W>::sumRows,
+            &Build<W>::addColumns,  &Build<W>::sumRow,      &Build<W>::centreRow,   &Build<W>::addRowProducts};
 }
 
 const DistanceCorrRowKernels& kernels() {

@@ -40,8 +40,7 @@ public:
                 std::vector<double>& dVar) const;
 
 private:
-    void meansOnWorkers(const std::vector<Matrix>& distances, Matrix& rowMeans, Matrix& colMeans,
-                        std::vector<double>& grandMeans) const;
+    void sumTilesOnWorkers(const std::vector<std::vector<const double*>>& rows, Matrix& rowSums, Matrix& colSums) const;
     void centreOnWorkers(const std::vector<Matrix>& distances, const Matrix& rowMeans, const Matrix& colMeans,
                          const std::vector<double>& grandMeans, std::vector<Matrix>& centred,
                          std::vector<double>& squares, std::vector<double>& products) const;

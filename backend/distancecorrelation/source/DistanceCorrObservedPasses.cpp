@@ -14,10 +14,9 @@ using Matrix = DistanceCorrObservedPasses::Matrix;
 // Tasks per worker in a pass: enough for the workers to even out uneven
 // progress (other programs share the cores), few enough to cost nothing.
 constexpr std::size_t kTasksPerWorker = 4;
-// Cells of a row-sum task, and columns of a column-sum task (4 KiB of each
-// row, so that the block's sums stay in the first-level cache).
-constexpr std::size_t kRowTaskCells = std::size_t{1} << 16;
-constexpr std::size_t kColumnBlock = 512;
+// Rows and columns of a tile of the row and column sums (2 MiB of elements,
+// 4 KiB of column sums).
+constexpr std::size_t kTile = 512;
 // Centred rows of all matrices taken per step of the centring pass: they are
 // still in the shared cache when the pair sums read them in the next step.
 constexpr std::size_t kCentringStepBytes = std::size_t{4} << 20;
@@ -45,22 +44,24 @@ void finishMeans(const std::vector<double>& rowSums, const std::vector<double>& 
     grandMean = total / static_cast<double>(n * n);
 }
 
-// Row, column and grand means of one n x n matrix, reading each row once:
-// a group of rows is summed side by side, each row left to right from 0.0,
-// and its elements are added to the column sums in row order.
-void meansInOnePass(const Matrix& d, std::vector<double>& rowMeans, std::vector<double>& colMeans, double& grandMean) {
+// Rows [top, bottom) of a matrix over columns [left, right): each row's
+// elements added left to right to its running sum, and each column's elements
+// added in row order to its sum. Groups of rows are summed side by side.
+void sumTile(const double* const* rows, std::size_t top, std::size_t bottom, std::size_t left, std::size_t right,
+             double* rowSums, double* colSums) {
     const DistanceCorrRowKernels& k = DistanceCorrRowKernels::instance();
-    const std::size_t n = d.size();
-    std::vector<double> rowSums(n);
-    std::vector<double> colSums(n, 0.0);
-    std::vector<const double*> rows(k.groupRows);
-    std::size_t i = 0;
-    for (; i + k.groupRows <= n; i += k.groupRows) {
-        for (std::size_t r = 0; r < k.groupRows; ++r) rows[r] = d[i + r].data();
-        k.sumRowGroup(rows.data(), n, rowSums.data() + i, colSums.data());
+    std::size_t i = top;
+    for (; i + k.groupRows <= bottom; i += k.groupRows) k.sumRowGroup(rows + i, left, right, rowSums + i, colSums);
+    for (; i < bottom; ++i) rowSums[i] = k.sumRow(rows[i], left, right, rowSums[i], colSums);
+}
+
+// The rows' addresses of each matrix.
+std::vector<std::vector<const double*>> rowsOf(const std::vector<Matrix>& matrices) {
+    std::vector<std::vector<const double*>> rows(matrices.size());
+    for (std::size_t m = 0; m < matrices.size(); ++m) {
+        for (const std::vector<double>& row : matrices[m]) rows[m].push_back(row.data());
     }
-    for (; i < n; ++i) rowSums[i] = k.sumRow(d[i].data(), n, colSums.data());
-    finishMeans(rowSums, colSums, rowMeans, colMeans, grandMean);
+    return rows;
 }
 
 // The pairs (a, b), a < b, of v matrices in pair order.
@@ -130,54 +131,43 @@ void DistanceCorrObservedPasses::means(const std::vector<Matrix>& distances, Mat
     rowMeans.assign(v, {});
     colMeans.assign(v, {});
     grandMeans.assign(v, 0.0);
+    const std::size_t n = distances[0].size();
+    const std::vector<std::vector<const double*>> rows = rowsOf(distances);
+    Matrix rowSums(v, std::vector<double>(n, 0.0));
+    Matrix colSums(v, std::vector<double>(n, 0.0));
     if (pool_ != nullptr) {
-        meansOnWorkers(distances, rowMeans, colMeans, grandMeans);
-        return;
+        sumTilesOnWorkers(rows, rowSums, colSums);
+    } else {
+        // Each matrix in one read, row group after row group.
+        for (std::size_t m = 0; m < v; ++m) sumTile(rows[m].data(), 0, n, 0, n, rowSums[m].data(), colSums[m].data());
     }
-    for (std::size_t m = 0; m < v; ++m) meansInOnePass(distances[m], rowMeans[m], colMeans[m], grandMeans[m]);
+    for (std::size_t m = 0; m < v; ++m) finishMeans(rowSums[m], colSums[m], rowMeans[m], colMeans[m], grandMeans[m]);
 }
 
-void DistanceCorrObservedPasses::meansOnWorkers(const std::vector<Matrix>& distances, Matrix& rowMeans,
-                                                Matrix& colMeans, std::vector<double>& grandMeans) const {
-    // A row's sum runs along the row and a column's sum down the rows, so one
-    // pass cannot be split between workers without cutting one of them: the
-    // row sums are taken by bands of rows, the column sums by blocks of
-    // columns over every row, each in its own order.
-    const DistanceCorrRowKernels& k = DistanceCorrRowKernels::instance();
-    const std::size_t v = distances.size();
-    const std::size_t n = distances[0].size();
-    std::vector<std::vector<const double*>> rows(v, std::vector<const double*>(n));
-    for (std::size_t m = 0; m < v; ++m) {
-        for (std::size_t i = 0; i < n; ++i) rows[m][i] = distances[m][i].data();
-    }
-    Matrix rowSums(v, std::vector<double>(n));
-    Matrix colSums(v, std::vector<double>(n, 0.0));
-    const std::size_t group = k.groupRows;
-    const std::size_t bandRows = std::max<std::size_t>(1, kRowTaskCells / n / group) * group;
-    const std::size_t bands = (n + bandRows - 1) / bandRows;
-    const std::size_t blocks = (n + kColumnBlock - 1) / kColumnBlock;
-    run(v * (bands + blocks), [&](std::size_t task) {
-        const std::size_t m = task / (bands + blocks);
-        const std::size_t t = task % (bands + blocks);
-        const double* const* d = rows[m].data();
-        if (t < bands) {
-            const std::size_t end = std::min(n, (t + 1) * bandRows);
-            std::size_t i = t * bandRows;
-            for (; i + group <= end; i += group) k.sumRows(d + i, n, rowSums[m].data() + i);
-            for (; i < end; ++i) {
-                double sum = 0.0;
-                for (std::size_t j = 0; j < n; ++j) sum += d[i][j];
-                rowSums[m][i] = sum;
-            }
-        } else {
-            const std::size_t begin = (t - bands) * kColumnBlock;
-            const std::size_t end = std::min(n, begin + kColumnBlock);
-            for (std::size_t i = 0; i < n; i += group) {
-                k.addColumns(d + i, std::min(group, n - i), begin, end, colSums[m].data());
-            }
+void DistanceCorrObservedPasses::sumTilesOnWorkers(const std::vector<std::vector<const double*>>& rows, Matrix& rowSums,
+                                                   Matrix& colSums) const {
+    // A row's sum runs along the row and a column's sum down the rows. The
+    // matrices are cut into square tiles, and a tile continues the row sums of
+    // the tile to its left and the column sums of the tile above it, so the
+    // tiles go in waves along the anti-diagonals: every tile of a wave, of
+    // every matrix, at the same time, and each matrix is read once.
+    const std::size_t v = rows.size();
+    const std::size_t n = rows[0].size();
+    const std::size_t tiles = (n + kTile - 1) / kTile;
+    std::vector<std::pair<std::size_t, std::size_t>> wave;  // (matrix, tile row)
+    for (std::size_t d = 0; d + 1 < 2 * tiles; ++d) {
+        wave.clear();
+        for (std::size_t m = 0; m < v; ++m) {
+            for (std::size_t t = d < tiles ? 0 : d - tiles + 1; t <= std::min(d, tiles - 1); ++t)
+                wave.emplace_back(m, t);
         }
-    });
-    for (std::size_t m = 0; m < v; ++m) finishMeans(rowSums[m], colSums[m], rowMeans[m], colMeans[m], grandMeans[m]);
+        run(wave.size(), [&](std::size_t task) {
+            const auto [m, t] = wave[task];
+            const std::size_t left = (d - t) * kTile;
+            sumTile(rows[m].data(), t * kTile, std::min(n, (t + 1) * kTile), left, std::min(n, left + kTile),
+                    rowSums[m].data(), colSums[m].data());
+        });
+    }
 }
 
 void DistanceCorrObservedPasses::centre(const std::vector<Matrix>& distances, const Matrix& rowMeans,

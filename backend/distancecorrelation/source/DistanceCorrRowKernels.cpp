@@ -104,27 +104,25 @@ struct Kernels {
         for (; j < n; ++j) out[j] = std::abs(x[j] - xi);
     }
 
-    // Sums of kGroupRows consecutive rows, each left to right from 0.0, and
-    // (with `Columns`) their elements added to the column sums in row order.
-    template <bool Columns>
-    [[gnu::always_inline]] static inline void sumRowGroup(const double* const* rows, std::size_t n, double* rowSums,
-                                                          double* colSums) {
-        Vec low{};
-        Vec high{};
-        std::size_t j = 0;
-        for (; j + W <= n; j += W) {
+    // Columns [begin, end) of kGroupRows consecutive rows: each row's elements
+    // added left to right to its running sum in rowSums, and to the column
+    // sums in row order. Over [0, n) with sums of 0.0, the rows' sums.
+    [[gnu::always_inline]] static inline void sumRowGroup(const double* const* rows, std::size_t begin, std::size_t end,
+                                                          double* rowSums, double* colSums) {
+        Vec low = load(rowSums);
+        Vec high = load(rowSums + W);
+        std::size_t j = begin;
+        for (; j + W <= end; j += W) {
             Vec a[W];
             Vec b[W];
             for (int r = 0; r < W; ++r) {
                 a[r] = load(rows[r] + j);
                 b[r] = load(rows[W + r] + j);
             }
-            if constexpr (Columns) {
-                Vec column = load(colSums + j);
-                for (int r = 0; r < W; ++r) column += a[r];
-                for (int r = 0; r < W; ++r) column += b[r];
-                store(colSums + j, column);
-            }
+            Vec column = load(colSums + j);
+            for (int r = 0; r < W; ++r) column += a[r];
+            for (int r = 0; r < W; ++r) column += b[r];
+            store(colSums + j, column);
             Vec ta[W];
             Vec tb[W];
             transposeTile(a, ta);
@@ -139,44 +137,25 @@ struct Kernels {
             sums[r] = low[r];
             sums[W + r] = high[r];
         }
-        for (; j < n; ++j) {
-            if constexpr (Columns) {
-                double column = colSums[j];
-                for (std::size_t r = 0; r < kGroupRows; ++r) column += rows[r][j];
-                colSums[j] = column;
+        for (; j < end; ++j) {
+            double column = colSums[j];
+            for (std::size_t r = 0; r < kGroupRows; ++r) {
+                sums[r] += rows[r][j];
+                column += rows[r][j];
             }
-            for (std::size_t r = 0; r < kGroupRows; ++r) sums[r] += rows[r][j];
+            colSums[j] = column;
         }
         for (std::size_t r = 0; r < kGroupRows; ++r) rowSums[r] = sums[r];
     }
 
-    // Columns [begin, end) of `count` consecutive rows added to the column
-    // sums, row after row.
-    [[gnu::always_inline]] static inline void addColumns(const double* const* rows, std::size_t count,
-                                                         std::size_t begin, std::size_t end, double* colSums) {
+    // Columns [begin, end) of one row: added to the column sums, and left to
+    // right to the running sum `sum`, which is returned.
+    [[gnu::always_inline]] static inline double sumRow(const double* row, std::size_t begin, std::size_t end,
+                                                       double sum, double* colSums) {
         std::size_t j = begin;
-        for (; j + 4 * W <= end; j += 4 * W) {
-            Vec column[4];
-            for (int k = 0; k < 4; ++k) column[k] = load(colSums + j + k * W);
-            for (std::size_t r = 0; r < count; ++r) {
-                for (int k = 0; k < 4; ++k) column[k] += load(rows[r] + j + k * W);
-            }
-            for (int k = 0; k < 4; ++k) store(colSums + j + k * W, column[k]);
-        }
-        for (; j < end; ++j) {
-            double column = colSums[j];
-            for (std::size_t r = 0; r < count; ++r) column += rows[r][j];
-            colSums[j] = column;
-        }
-    }
-
-    // One row on its own: its sum, and its elements added to the column sums.
-    [[gnu::always_inline]] static inline double sumRow(const double* row, std::size_t n, double* colSums) {
-        std::size_t j = 0;
-        for (; j + W <= n; j += W) store(colSums + j, load(colSums + j) + load(row + j));
-        for (; j < n; ++j) colSums[j] += row[j];
-        double sum = 0.0;
-        for (j = 0; j < n; ++j) sum += row[j];
+        for (; j + W <= end; j += W) store(colSums + j, load(colSums + j) + load(row + j));
+        for (; j < end; ++j) colSums[j] += row[j];
+        for (j = begin; j < end; ++j) sum += row[j];
         return sum;
     }
 
@@ -250,17 +229,13 @@ struct Build<2> {
     static void distanceRow(const double* x, std::size_t n, std::size_t i, double* out) {
         K::distanceRow(x, n, i, out);
     }
-    static void sumRowGroup(const double* const* rows, std::size_t n, double* rowSums, double* colSums) {
-        K::template sumRowGroup<true>(rows, n, rowSums, colSums);
+    static void sumRowGroup(const double* const* rows, std::size_t begin, std::size_t end, double* rowSums,
+                            double* colSums) {
+        K::sumRowGroup(rows, begin, end, rowSums, colSums);
     }
-    static void sumRows(const double* const* rows, std::size_t n, double* rowSums) {
-        K::template sumRowGroup<false>(rows, n, rowSums, nullptr);
+    static double sumRow(const double* row, std::size_t begin, std::size_t end, double sum, double* colSums) {
+        return K::sumRow(row, begin, end, sum, colSums);
     }
-    static void addColumns(const double* const* rows, std::size_t count, std::size_t begin, std::size_t end,
-                           double* colSums) {
-        K::addColumns(rows, count, begin, end, colSums);
-    }
-    static double sumRow(const double* row, std::size_t n, double* colSums) { return K::sumRow(row, n, colSums); }
     static double centreRow(const double* d, double rm, const double* cm, double g, std::size_t n, double* a) {
         return K::centreRow(d, rm, cm, g, n, a);
     }
@@ -276,19 +251,13 @@ struct Build<4> {
                                                             double* out) {
         K::distanceRow(x, n, i, out);
     }
-    __attribute__((target("avx2"))) static void sumRowGroup(const double* const* rows, std::size_t n, double* rowSums,
-                                                            double* colSums) {
-        K::template sumRowGroup<true>(rows, n, rowSums, colSums);
+    __attribute__((target("avx2"))) static void sumRowGroup(const double* const* rows, std::size_t begin,
+                                                            std::size_t end, double* rowSums, double* colSums) {
+        K::sumRowGroup(rows, begin, end, rowSums, colSums);
     }
-    __attribute__((target("avx2"))) static void sumRows(const double* const* rows, std::size_t n, double* rowSums) {
-        K::template sumRowGroup<false>(rows, n, rowSums, nullptr);
-    }
-    __attribute__((target("avx2"))) static void addColumns(const double* const* rows, std::size_t count,
-                                                           std::size_t begin, std::size_t end, double* colSums) {
-        K::addColumns(rows, count, begin, end, colSums);
-    }
-    __attribute__((target("avx2"))) static double sumRow(const double* row, std::size_t n, double* colSums) {
-        return K::sumRow(row, n, colSums);
+    __attribute__((target("avx2"))) static double sumRow(const double* row, std::size_t begin, std::size_t end,
+                                                         double sum, double* colSums) {
+        return K::sumRow(row, begin, end, sum, colSums);
     }
     __attribute__((target("avx2"))) static double centreRow(const double* d, double rm, const double* cm, double g,
                                                             std::size_t n, double* a) {
@@ -302,8 +271,8 @@ struct Build<4> {
 
 template <int W>
 DistanceCorrRowKernels tableOf() {
-    return {Kernels<W>::kGroupRows, &Build<W>::distanceRow, &Build<W>::sumRowGroup, &Build<W>::sumRows,
-            &Build<W>::addColumns,  &Build<W>::sumRow,      &Build<W>::centreRow,   &Build<W>::addRowProducts};
+    return {Kernels<W>::kGroupRows, &Build<W>::distanceRow, &Build<W>::sumRowGroup,
+            &Build<W>::sumRow,      &Build<W>::centreRow,   &Build<W>::addRowProducts};
 }
 
 const DistanceCorrRowKernels& kernels() {

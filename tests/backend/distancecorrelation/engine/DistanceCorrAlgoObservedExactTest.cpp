@@ -4,25 +4,20 @@
 // thread and split across host worker pools of 1, 2, 3 and 8 workers.
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <atomic>
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <functional>
 #include <limits>
-#include <memory>
 #include <random>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "CountingWorkerPool.h"
 #include "EngineTestSettings.h"
 #include "FixedWorkerPool.h"
-#include "WorkerPool.h"
-#include "runner/ProcedureServices.h"
-#include "runner/ThreadWorkerPool.h"
 
 using Matrix = DistanceCorrAlgo::Matrix;
 
@@ -306,50 +301,6 @@ Columns makeColumns(Kind kind, std::size_t v, std::size_t n, std::uint32_t seed)
     return data;
 }
 
-// Runs a pool's tasks and counts them, so that a test can tell that the
-// engine did split its work. With `scrambled`, the tasks run one after
-// another on the calling thread in a shuffled order, on changing workers: a
-// result that depended on the order in which tasks run would show.
-class CountingPool : public WorkerPool {
-public:
-    CountingPool(unsigned threads, bool scrambled)
-        : threads_(threads), scrambled_(scrambled), pool_(scrambled ? nullptr : new host::ThreadWorkerPool(threads)) {}
-    unsigned GetThreadCount() const override { return threads_; }
-    void Run(std::size_t count, const std::function<void(std::size_t, unsigned)>& task) override {
-        tasks_ += count;
-        if (!scrambled_) {
-            pool_->Run(count, [&](std::size_t index, unsigned worker) {
-                if (worker >= threads_) badWorker_ = true;
-                task(index, worker);
-            });
-            return;
-        }
-        std::vector<std::size_t> order(count);
-        for (std::size_t i = 0; i < count; ++i) order[i] = i;
-        std::shuffle(order.begin(), order.end(), rng_);
-        for (std::size_t i = 0; i < count; ++i) task(order[i], static_cast<unsigned>(i % threads_));
-    }
-    std::size_t tasks() const { return tasks_; }
-    bool badWorker() const { return badWorker_; }
-
-private:
-    unsigned threads_;
-    bool scrambled_;
-    std::unique_ptr<host::ThreadWorkerPool> pool_;
-    std::mt19937 rng_{7};
-    std::atomic<std::size_t> tasks_{0};
-    std::atomic<bool> badWorker_{false};
-};
-
-// Installs a pool in the host for the scope's lifetime.
-class InstalledPool {
-public:
-    explicit InstalledPool(WorkerPool* pool) { host::setWorkerPool(pool); }
-    ~InstalledPool() { host::setWorkerPool(nullptr); }
-    InstalledPool(const InstalledPool&) = delete;
-    InstalledPool& operator=(const InstalledPool&) = delete;
-};
-
 // check() under no pool, a pool of one worker (which the engine runs on the
 // calling thread), thread pools of 2, 3 and 8 workers, and 3 workers scrambled.
 void underEveryPool(const std::function<void()>& check) {
@@ -364,9 +315,9 @@ void underEveryPool(const std::function<void()>& check) {
     }
     for (const auto& [threads, scrambled] : {std::pair{2u, false}, {3u, false}, {8u, false}, {3u, true}}) {
         SCOPED_TRACE(std::to_string(threads) + (scrambled ? " workers, tasks scrambled" : " worker threads"));
-        CountingPool pool(threads, scrambled);
+        CountingWorkerPool pool(threads, scrambled);
         {
-            const InstalledPool installed(&pool);
+            const InstalledWorkerPool installed(&pool);
             check();
         }
         EXPECT_GT(pool.tasks(), 0u) << "the work was not split";

@@ -1,54 +1,27 @@
 // The observed stage on the host's workers: random data sets (ties, missing
-// values, every normalization) give the same bits with 1, 2, 3 and 8 workers
-// as on the calling thread, and the memory guard refuses the same sizes.
+// values, every normalization) give the same bits with 1, 2, 3 and 8 workers,
+// and with tasks run in a shuffled order, as on the calling thread; and the
+// memory guard refuses the same sizes.
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <cmath>
 #include <cstdint>
 #include <cstring>
-#include <functional>
 #include <limits>
 #include <memory>
 #include <random>
 #include <string>
 #include <vector>
 
+#include "CountingWorkerPool.h"
 #include "EngineTestSettings.h"
 #include "FixedWorkerPool.h"
 #include "HostSession.h"
-#include "WorkerPool.h"
-#include "runner/ProcedureServices.h"
-#include "runner/ThreadWorkerPool.h"
 
 namespace {
 
 using Matrix = DistanceCorrAlgo::Matrix;
 const double kMissing = std::numeric_limits<double>::lowest();
-
-// A host thread pool that counts the tasks it is given.
-class CountingThreadPool : public WorkerPool {
-public:
-    explicit CountingThreadPool(unsigned threads) : pool_(threads) {}
-    unsigned GetThreadCount() const override { return pool_.GetThreadCount(); }
-    void Run(std::size_t count, const std::function<void(std::size_t, unsigned)>& task) override {
-        tasks_ += count;
-        pool_.Run(count, task);
-    }
-    std::size_t tasks() const { return tasks_; }
-
-private:
-    host::ThreadWorkerPool pool_;
-    std::atomic<std::size_t> tasks_{0};
-};
-
-class InstalledPool {
-public:
-    explicit InstalledPool(WorkerPool* pool) { host::setWorkerPool(pool); }
-    ~InstalledPool() { host::setWorkerPool(nullptr); }
-    InstalledPool(const InstalledPool&) = delete;
-    InstalledPool& operator=(const InstalledPool&) = delete;
-};
 
 struct DataSet {
     Matrix columns;
@@ -168,9 +141,10 @@ void expectSame(const Observed& actual, const Observed& expected) {
 
 TEST(DistanceCorrAlgoObservedThreads, RandomDataSetsGiveTheSameBitsForEveryWorkerCount) {
     std::mt19937 rng(20251122);
-    CountingThreadPool two(2);
-    CountingThreadPool three(3);
-    CountingThreadPool eight(8);
+    CountingWorkerPool two(2, false);
+    CountingWorkerPool three(3, false);
+    CountingWorkerPool eight(8, false);
+    CountingWorkerPool scrambled(3, true);
     std::size_t completeRuns = 0;
     for (int s = 0; s < 200; ++s) {
         const DataSet set = randomDataSet(rng);
@@ -182,8 +156,8 @@ TEST(DistanceCorrAlgoObservedThreads, RandomDataSetsGiveTheSameBitsForEveryWorke
             const ScopedThreadCount one(1);
             expectSame(observe(set), alone);
         }
-        for (CountingThreadPool* pool : {&two, &three, &eight}) {
-            const InstalledPool installed(pool);
+        for (CountingWorkerPool* pool : {&two, &three, &eight, &scrambled}) {
+            const InstalledWorkerPool installed(pool);
             expectSame(observe(set), alone);
         }
     }
@@ -192,17 +166,19 @@ TEST(DistanceCorrAlgoObservedThreads, RandomDataSetsGiveTheSameBitsForEveryWorke
     EXPECT_GT(two.tasks(), 0u);
     EXPECT_GT(three.tasks(), 0u);
     EXPECT_GT(eight.tasks(), 0u);
+    EXPECT_GT(scrambled.tasks(), 0u);
+    EXPECT_FALSE(two.badWorker() || three.badWorker() || eight.badWorker());
 }
 
 TEST(DistanceCorrAlgoObservedThreads, TheMemoryGuardRefusesTheSameSizesForEveryWorkerCount) {
     host::HostSession::instance().setQuiet(true);
-    CountingThreadPool eight(8);
+    CountingWorkerPool eight(8, false);
     for (unsigned workers : {1u, 2u, 8u}) {
         SCOPED_TRACE(std::to_string(workers) + " workers");
         std::unique_ptr<ScopedThreadCount> counted;
-        std::unique_ptr<InstalledPool> threads;
+        std::unique_ptr<InstalledWorkerPool> threads;
         if (workers == 8) {
-            threads = std::make_unique<InstalledPool>(&eight);
+            threads = std::make_unique<InstalledWorkerPool>(&eight);
         } else {
             counted = std::make_unique<ScopedThreadCount>(workers);
         }

@@ -23,13 +23,16 @@ public:
     // Workers may prepare different rows at the same time.
     void prepare(std::vector<double>& row, std::size_t columns);
 
+    // Backs the fresh storage of a row's `columns` doubles ahead of prepare().
+    void back(const std::vector<double>& row, std::size_t columns);
+
 private:
     using Range = std::pair<std::uintptr_t, std::uintptr_t>;
 
     // The 2 MiB pages lying wholly within runs of rows that follow one another
     // in memory: only those are advised, so no other memory is affected.
     void planHugePages(std::vector<Range>& fresh);
-    void back(std::uintptr_t start, std::uintptr_t end);
+    void backRange(std::uintptr_t start, std::uintptr_t end);
 
     std::vector<std::uintptr_t> pages_;      // start addresses, ascending; fixed once planned
     std::vector<std::atomic<bool>> backed_;  // claimed by the first row that needs the page

@@ -41,11 +41,14 @@ DistanceCorrMatrixStorage::DistanceCorrMatrixStorage(const std::vector<Matrix*>&
 }
 
 void DistanceCorrMatrixStorage::prepare(std::vector<double>& row, std::size_t columns) {
-    if (!pages_.empty() && !stopped_.load(std::memory_order_relaxed)) {
-        const auto start = reinterpret_cast<std::uintptr_t>(row.data());
-        back(start, start + columns * sizeof(double));
-    }
+    back(row, columns);
     row.resize(columns);
+}
+
+void DistanceCorrMatrixStorage::back(const std::vector<double>& row, std::size_t columns) {
+    if (pages_.empty() || stopped_.load(std::memory_order_relaxed)) return;
+    const auto start = reinterpret_cast<std::uintptr_t>(row.data());
+    backRange(start, start + columns * sizeof(double));
 }
 
 void DistanceCorrMatrixStorage::planHugePages(std::vector<Range>& fresh) {
@@ -74,7 +77,7 @@ void DistanceCorrMatrixStorage::planHugePages(std::vector<Range>& fresh) {
     for (std::atomic<bool>& b : backed_) b.store(false, std::memory_order_relaxed);
 }
 
-void DistanceCorrMatrixStorage::back(std::uintptr_t start, std::uintptr_t end) {
+void DistanceCorrMatrixStorage::backRange(std::uintptr_t start, std::uintptr_t end) {
 #if defined(__linux__)
 #if defined(MADV_COLLAPSE)
     constexpr int kCollapse = MADV_COLLAPSE;

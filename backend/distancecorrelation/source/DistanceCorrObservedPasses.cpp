@@ -14,12 +14,13 @@ using Matrix = DistanceCorrObservedPasses::Matrix;
 // Tasks per worker in a pass: enough for the workers to even out uneven
 // progress (other programs share the cores), few enough to cost nothing.
 constexpr std::size_t kTasksPerWorker = 4;
-// Rows and columns of a tile of the row and column sums (2 MiB of elements,
-// 4 KiB of column sums).
-constexpr std::size_t kTile = 512;
+// Rows and columns of a tile of the row and column sums (8 MiB of elements,
+// 8 KiB of column sums).
+constexpr std::size_t kTile = 1024;
 // Centred rows of all matrices taken per step of the centring pass: they are
-// still in the shared cache when the pair sums read them in the next step.
-constexpr std::size_t kCentringStepBytes = std::size_t{4} << 20;
+// still in the shared cache when the pair sums read them in the next step,
+// and a step is long enough for the workers' waking to cost little.
+constexpr std::size_t kCentringStepBytes = std::size_t{8} << 20;
 
 // Start of part k when [0, count) is cut into `parts` contiguous parts whose
 // sizes differ by at most one.
@@ -234,32 +235,43 @@ void DistanceCorrObservedPasses::centreOnWorkers(const std::vector<Matrix>& dist
     const bool plainVariance = n < 100;
     const auto pairs = pairsOf(v);
     const std::size_t pairParts = std::min(pairs.size(), kTasksPerWorker * workers_);
-    const std::size_t sumTasks = pairParts + (plainVariance ? v : 0);
     const std::size_t stepRows = std::max<std::size_t>(1, kCentringStepBytes / (v * n * sizeof(double)));
     const std::size_t steps = (n + stepRows - 1) / stepRows;
     std::vector<double> rowSquares(v * n);
 
+    // The task numbers of a step: the backing of the next step's pages (the
+    // system serialises it, so it goes first and runs while the other workers
+    // compute), the pair parts and plain sums of squares of the step before,
+    // then the rows of this step.
     for (std::size_t s = 0; s <= steps; ++s) {
-        const std::size_t first = s * stepRows;
-        const std::size_t count = s < steps ? std::min(stepRows, n - first) : 0;
-        const std::size_t before = s > 0 ? first - stepRows : 0;
-        const std::size_t after = std::min(first, n);
-        const std::size_t sums = s > 0 ? sumTasks : 0;
-        run(sums + v * count, [&](std::size_t t) {
-            if (t < sums && t < pairParts) {
+        const std::size_t first = std::min(n, s * stepRows);
+        const std::size_t last = std::min(n, first + stepRows);
+        const std::size_t before = s > 0 ? (s - 1) * stepRows : 0;
+        const std::size_t supply = s + 1 < steps ? 1 : 0;
+        const std::size_t sums = s > 0 ? pairParts + (plainVariance ? v : 0) : 0;  // over the step before
+        const std::size_t count = last - first;
+        run(supply + sums + v * count, [&](std::size_t t) {
+            if (t < supply) {
+                for (Matrix& a : centred) {
+                    for (std::size_t i = last; i < std::min(n, last + stepRows); ++i) storage.back(a[i], n);
+                }
+                return;
+            }
+            t -= supply;
+            if (t < pairParts && t < sums) {
                 const std::size_t end = partBegin(pairs.size(), pairParts, t + 1);
                 for (std::size_t p = partBegin(pairs.size(), pairParts, t); p < end; ++p) {
                     const Matrix& a = centred[pairs[p].first];
                     const Matrix& b = centred[pairs[p].second];
                     double sum = products[p];
-                    for (std::size_t i = before; i < after; ++i)
+                    for (std::size_t i = before; i < first; ++i)
                         sum = k.addRowProducts(sum, a[i].data(), b[i].data(), n);
                     products[p] = sum;
                 }
             } else if (t < sums) {
                 const std::size_t m = t - pairParts;
                 double sum = squares[m];
-                for (std::size_t i = before; i < after; ++i) {
+                for (std::size_t i = before; i < first; ++i) {
                     for (double x : centred[m][i]) sum += x * x;
                 }
                 squares[m] = sum;

@@ -74,12 +74,16 @@ echo
 # minutes); the matrix recipe and W6: one run.
 w1="$(best engine_cpu 3 "$BENCH" run W1)";   p1="$(best cpu 2 peer dcor W1)"
 w2="$(best engine_cpu 3 "$BENCH" run W2)";   p2="$(peer dcor-pairs W2)"
-# W1 and W2 at one thread and at every core, run alternately: best wall time of each.
+# W1 and W2 at one thread and at every core, run alternately (after one run to
+# warm the memory, in turn first and second): best wall time of each.
 CORES="$(nproc)"
 load_observed="$(cut -d' ' -f1-3 /proc/loadavg)"
 for w in W1 W2; do
+    "$BENCH" run "$w" >/dev/null
     for ((r = 0; r < 4; ++r)); do
-        for t in 1 "$CORES"; do
+        order=(1 "$CORES")
+        ((r % 2 == 1)) && order=("$CORES" 1)
+        for t in "${order[@]}"; do
             line="$("$BENCH" run "$w" --threads "$t")"
             key="${w}_t$([[ $t == 1 ]] && echo 1 || echo all)"
             if [[ -z ${!key:-} ]] || awk -v a="$(value engine_wall "$line")" -v b="$(value engine_wall "${!key}")" 'BEGIN { exit !(a + 0 < b + 0) }'; then

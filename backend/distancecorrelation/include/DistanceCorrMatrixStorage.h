@@ -2,6 +2,7 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <utility>
 #include <vector>
 
@@ -15,9 +16,17 @@ class DistanceCorrMatrixStorage {
 public:
     using Matrix = std::vector<std::vector<double>>;
 
+    // run(count, task) calls task(0) ... task(count - 1), possibly on several threads at once.
+    using Runner = std::function<void(std::size_t, const std::function<void(std::size_t)>&)>;
+
     // Gives each matrix `rows` rows with room for `columns` doubles, without
     // writing them yet.
     DistanceCorrMatrixStorage(const std::vector<Matrix*>& matrices, std::size_t rows, std::size_t columns);
+    // The same, the rows reserved in `parts` contiguous parts, one per task
+    // of `run`: on workers, the allocator serves each part from its worker's
+    // own arena, and the page faults of its bookkeeping are taken side by side.
+    DistanceCorrMatrixStorage(const std::vector<Matrix*>& matrices, std::size_t rows, std::size_t columns,
+                              std::size_t parts, const Runner& run);
 
     // Sizes a row to `columns`, backing its storage first if it is fresh.
     // Workers may prepare different rows at the same time.

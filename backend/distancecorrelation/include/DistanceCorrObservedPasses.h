@@ -3,6 +3,7 @@
 #include <functional>
 #include <vector>
 
+class DistanceCorrMatrixStorage;
 class WorkerPool;
 
 // The observed statistics over n x n matrices in three fused passes over the
@@ -44,6 +45,8 @@ private:
     void centreOnWorkers(const std::vector<Matrix>& distances, const Matrix& rowMeans, const Matrix& colMeans,
                          const std::vector<double>& grandMeans, std::vector<Matrix>& centred,
                          std::vector<double>& squares, std::vector<double>& products) const;
+    // n x n rows for each target, reserved in one part per worker.
+    DistanceCorrMatrixStorage reserve(const std::vector<Matrix*>& targets, std::size_t n) const;
     // task(t) for every t in [0, count): on the workers, or here in order.
     void run(std::size_t count, const std::function<void(std::size_t)>& task) const;
 

@@ -25,18 +25,31 @@ std::atomic<bool>& unsupported() {
 }  // namespace
 
 DistanceCorrMatrixStorage::DistanceCorrMatrixStorage(const std::vector<Matrix*>& matrices, std::size_t rows,
-                                                     std::size_t columns) {
-    std::vector<Range> fresh;
-    for (Matrix* matrix : matrices) {
-        matrix->resize(rows);
-        for (auto& row : *matrix) {
+                                                     std::size_t columns)
+    : DistanceCorrMatrixStorage(matrices, rows, columns, 1,
+                                [](std::size_t count, const std::function<void(std::size_t)>& task) {
+                                    for (std::size_t t = 0; t < count; ++t) task(t);
+                                }) {}
+
+DistanceCorrMatrixStorage::DistanceCorrMatrixStorage(const std::vector<Matrix*>& matrices, std::size_t rows,
+                                                     std::size_t columns, std::size_t parts, const Runner& run) {
+    for (Matrix* matrix : matrices) matrix->resize(rows);
+    const std::size_t total = matrices.size() * rows;
+    parts = std::max<std::size_t>(1, std::min(parts, total));
+    std::vector<std::vector<Range>> freshByPart(parts);
+    run(parts, [&](std::size_t part) {
+        const std::size_t end = total * (part + 1) / parts;
+        for (std::size_t r = total * part / parts; r < end; ++r) {
+            std::vector<double>& row = (*matrices[r / rows])[r % rows];
             if (row.capacity() >= columns) continue;
             std::vector<double>().swap(row);
             row.reserve(columns);
             const auto start = reinterpret_cast<std::uintptr_t>(row.data());
-            fresh.emplace_back(start, start + columns * sizeof(double));
+            freshByPart[part].emplace_back(start, start + columns * sizeof(double));
         }
-    }
+    });
+    std::vector<Range> fresh;
+    for (const std::vector<Range>& ranges : freshByPart) fresh.insert(fresh.end(), ranges.begin(), ranges.end());
     planHugePages(fresh);
 }
 

@@ -105,12 +105,20 @@ void DistanceCorrObservedPasses::run(std::size_t count, const std::function<void
     }
 }
 
+DistanceCorrMatrixStorage DistanceCorrObservedPasses::reserve(const std::vector<Matrix*>& targets,
+                                                              std::size_t n) const {
+    // The rows of all matrices are reserved before any is written, in one
+    // contiguous part per worker.
+    return DistanceCorrMatrixStorage(
+        targets, n, n, workers_,
+        [this](std::size_t count, const std::function<void(std::size_t)>& task) { run(count, task); });
+}
+
 void DistanceCorrObservedPasses::distances(const std::vector<const std::vector<double>*>& columns,
                                            const std::vector<Matrix*>& targets) const {
     const DistanceCorrRowKernels& k = DistanceCorrRowKernels::instance();
     const std::size_t n = columns[0]->size();
-    // The rows of all matrices are reserved together, here on the calling thread.
-    DistanceCorrMatrixStorage storage(targets, n, n);
+    DistanceCorrMatrixStorage storage = reserve(targets, n);
     // Every row is written whole on its own, so any worker may take any rows.
     const std::size_t rows = columns.size() * n;
     const std::size_t parts = std::min(rows, kTasksPerWorker * workers_);
@@ -230,7 +238,7 @@ void DistanceCorrObservedPasses::centreOnWorkers(const std::vector<Matrix>& dist
     centred.resize(v);
     std::vector<Matrix*> targets;
     for (Matrix& a : centred) targets.push_back(&a);
-    DistanceCorrMatrixStorage storage(targets, n, n);
+    DistanceCorrMatrixStorage storage = reserve(targets, n);
 
     const bool plainVariance = n < 100;
     const auto pairs = pairsOf(v);

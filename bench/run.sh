@@ -78,6 +78,24 @@ echo
 # minutes); the matrix recipe and W6: one run.
 w1="$(best engine_cpu 3 "$BENCH" run W1)";   p1="$(best cpu 2 peer dcor W1)"
 w2="$(best engine_cpu 3 "$BENCH" run W2)";   p2="$(peer dcor-pairs W2)"
+# W1 and W2 at one thread and at every core, run alternately (after one run to
+# warm the memory, in turn first and second): best wall time of each.
+CORES="$(nproc)"
+load_observed="$(cut -d' ' -f1-3 /proc/loadavg)"
+for w in W1 W2; do
+    "$BENCH" run "$w" >/dev/null
+    for ((r = 0; r < 4; ++r)); do
+        order=(1 "$CORES")
+        ((r % 2 == 1)) && order=("$CORES" 1)
+        for t in "${order[@]}"; do
+            line="$("$BENCH" run "$w" --threads "$t")"
+            key="${w}_t$([[ $t == 1 ]] && echo 1 || echo all)"
+            if [[ -z ${!key:-} ]] || awk -v a="$(value engine_wall "$line")" -v b="$(value engine_wall "${!key}")" 'BEGIN { exit !(a + 0 < b + 0) }'; then
+                printf -v "$key" '%s' "$line"
+            fi
+        done
+    done
+done
 w3="$(best engine_cpu 3 "$BENCH" run W3)";   p3="$(best cpu 2 peer dcov-test W3)"
 w4="$(best perm_cpu 3 "$BENCH" run W4 2>/dev/null)"
 w4l="$("$BENCH" run W4 --literal --permutations 3 2>/dev/null)"
@@ -115,11 +133,21 @@ echo
 verdict() { awk -v a="$1" -v t="$2" 'BEGIN { if (a == "" || a == "-") { print "not measured"; exit }
     printf "%.1fx (target >= %sx): %s\n", a, t, (a + 0 >= t + 0 ? "met" : "NOT met") }'; }
 
-echo "W1: speed-up over energy::dcor (CPU)       $(verdict "$(calc "%.2f" "$(value cpu "$p1")" "$(value engine_cpu "$w1")" "a / b")" 10)"
+echo "W1: speed-up over energy::dcor (CPU, --threads 1) $(verdict "$(calc "%.2f" "$(value cpu "$p1")" "$(value engine_cpu "$w1")" "a / b")" 10)"
 limit="$(calc "%.0f" "$(value guard_bytes "$w1")" "$(value input_bytes "$w1")" "1.25 * a + b")"
 echo "W1: peak memory $(mb "$(value peak_bytes "$w1")") MiB, limit 1.25 x guard + input = $(mb "$limit") MiB: $(awk -v p="$(value peak_bytes "$w1")" -v l="$limit" 'BEGIN { print (p + 0 <= l + 0 ? "met" : "NOT met") }')"
 echo "W1: dCor ours $(value dcor_first_pair "$w1"), energy dcor^2 $(value value "$p1")"
 echo "W2: speed-up over energy::dcor, 435 pairs  $(calc "%.1fx (no target)" "$(value cpu "$p2")" "$(value engine_cpu "$w2")" "a / b")"
+echo "W1, W2 at 1 and $CORES threads: best wall of 4 alternating runs each; load average before them $load_observed"
+for w in W1 W2; do
+    one="${w}_t1"; all="${w}_tall"
+    ratio="$(calc "%.2f" "$(value engine_wall "${!one}")" "$(value engine_wall "${!all}")" "a / b")"
+    printf '%s: --threads 1 %s s, --threads %s %s s wall: ' "$w" "$(s3 "$(value engine_wall "${!one}")")" "$CORES" \
+        "$(s3 "$(value engine_wall "${!all}")")"
+    if [[ $CORES == 1 ]]; then echo "one core, no ratio"; elif [[ $w == W2 ]]; then verdict "$ratio" 1.6; else echo "${ratio}x (no target)"; fi
+done
+echo "W1: speed-up over energy::dcor at --threads $CORES (wall) $(verdict "$(calc "%.2f" "$(value wall "$p1")" "$(value engine_wall "$W1_tall")" "a / b")" 10)"
+echo "W1: peak memory at --threads $CORES $(mb "$(value peak_bytes "$W1_tall")") MiB, limit $(mb "$limit") MiB: $(awk -v p="$(value peak_bytes "$W1_tall")" -v l="$limit" 'BEGIN { print (p + 0 <= l + 0 ? "met" : "NOT met") }')"
 echo "W3: speed-up over energy::dcov.test (CPU)  $(verdict "$(calc "%.2f" "$(value cpu "$p3")" "$(value engine_cpu "$w3")" "a / b")" 25)"
 echo "W3: permutation stage $(calc "%.1f" "$(value per_pair_perm_us "$w3")" 1 a) us per permutation; observed stages $(s3 "$(value observed_cpu "$w3")") s"
 echo "W4: per permutation: fast $(calc "%.1f" "$(value per_pair_perm_us "$w4")" 1 a) us, matrix recipe $(calc "%.0f" "$(value per_pair_perm_us "$w4l")" 1 a) us (timed on 3 permutations)"

@@ -1,6 +1,8 @@
 #pragma once
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <utility>
 #include <vector>
 
@@ -14,12 +16,24 @@ class DistanceCorrMatrixStorage {
 public:
     using Matrix = std::vector<std::vector<double>>;
 
+    // run(count, task) calls task(0) ... task(count - 1), possibly on several threads at once.
+    using Runner = std::function<void(std::size_t, const std::function<void(std::size_t)>&)>;
+
     // Gives each matrix `rows` rows with room for `columns` doubles, without
     // writing them yet.
     DistanceCorrMatrixStorage(const std::vector<Matrix*>& matrices, std::size_t rows, std::size_t columns);
+    // The same, the rows reserved in `parts` contiguous parts, one per task
+    // of `run`: on workers, the allocator serves each part from its worker's
+    // own arena, and the page faults of its bookkeeping are taken side by side.
+    DistanceCorrMatrixStorage(const std::vector<Matrix*>& matrices, std::size_t rows, std::size_t columns,
+                              std::size_t parts, const Runner& run);
 
     // Sizes a row to `columns`, backing its storage first if it is fresh.
+    // Workers may prepare different rows at the same time.
     void prepare(std::vector<double>& row, std::size_t columns);
+
+    // Backs the fresh storage of a row's `columns` doubles ahead of prepare().
+    void back(const std::vector<double>& row, std::size_t columns);
 
 private:
     using Range = std::pair<std::uintptr_t, std::uintptr_t>;
@@ -27,8 +41,9 @@ private:
     // The 2 MiB pages lying wholly within runs of rows that follow one another
     // in memory: only those are advised, so no other memory is affected.
     void planHugePages(std::vector<Range>& fresh);
-    void back(std::uintptr_t start, std::uintptr_t end);
+    void backRange(std::uintptr_t start, std::uintptr_t end);
 
-    std::vector<std::uintptr_t> pages_;  // start addresses, ascending
-    std::vector<bool> backed_;
+    std::vector<std::uintptr_t> pages_;      // start addresses, ascending; fixed once planned
+    std::vector<std::atomic<bool>> backed_;  // claimed by the first row that needs the page
+    std::atomic<bool> stopped_{false};       // the system refused: advise nothing more
 };

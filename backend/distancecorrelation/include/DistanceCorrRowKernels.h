@@ -9,8 +9,10 @@
 struct DistanceCorrRowKernels {
     std::size_t groupRows;
     void (*distanceRow)(const double*, std::size_t, std::size_t, double*);
-    void (*sumRowGroup)(const double* const*, std::size_t, double*, double*);
-    double (*sumRow)(const double*, std::size_t, double*);
+    // Columns [begin, end) of groupRows rows added to their running sums and to the column sums.
+    void (*sumRowGroup)(const double* const*, std::size_t, std::size_t, double*, double*);
+    // Columns [begin, end) of one row added to the column sums and to a running sum, which is returned.
+    double (*sumRow)(const double*, std::size_t, std::size_t, double, double*);
     double (*centreRow)(const double*, double, const double*, double, std::size_t, double*);
     double (*addRowProducts)(double, const double*, const double*, std::size_t);
 

@@ -8,23 +8,11 @@
 #include <utility>
 
 #include "DistanceCorrAlgo.h"
-#include "DistanceCorrMatrixStorage.h"
-#include "DistanceCorrRowKernels.h"
+#include "DistanceCorrObservedPasses.h"
 
 namespace {
 
 using Matrix = DistanceCorrAlgo::Matrix;
-
-// The n x n distance matrix of one variable, into rows reserved by `storage`.
-// For one variable the Euclidean distance is the absolute difference.
-void fillDistanceMatrix(const std::vector<double>& values, Matrix& distances, DistanceCorrMatrixStorage& storage) {
-    const DistanceCorrRowKernels& k = DistanceCorrRowKernels::instance();
-    const std::size_t n = values.size();
-    for (std::size_t i = 0; i < n; ++i) {
-        storage.prepare(distances[i], n);
-        k.distanceRow(values.data(), n, i, distances[i].data());
-    }
-}
 
 // Every matrix n x n with the same n >= 1: the shape the fused passes handle.
 bool allSquare(const std::vector<Matrix>& matrices, std::size_t& n) {
@@ -37,34 +25,6 @@ bool allSquare(const std::vector<Matrix>& matrices, std::size_t& n) {
         }
     }
     return true;
-}
-
-// Row, column and grand means of one square matrix, as calculateRowMean,
-// calculateColumnMean and calculateGlobalMean compute them.
-void calculateMeans(const Matrix& d, std::vector<double>& rowMeans, std::vector<double>& colMeans,
-                    double& grandMean) {
-    const DistanceCorrRowKernels& k = DistanceCorrRowKernels::instance();
-    const std::size_t n = d.size();
-    std::vector<double> rowSums(n);
-    std::vector<double> colSums(n, 0.0);
-    std::vector<const double*> rows(k.groupRows);
-    std::size_t i = 0;
-    for (; i + k.groupRows <= n; i += k.groupRows) {
-        for (std::size_t r = 0; r < k.groupRows; ++r) rows[r] = d[i + r].data();
-        k.sumRowGroup(rows.data(), n, rowSums.data() + i, colSums.data());
-    }
-    for (; i < n; ++i) rowSums[i] = k.sumRow(d[i].data(), n, colSums.data());
-
-    const double count = static_cast<double>(n);
-    double total = 0.0;
-    rowMeans.resize(n);
-    colMeans.resize(n);
-    for (i = 0; i < n; ++i) {
-        total += rowSums[i];
-        rowMeans[i] = rowSums[i] / count;
-        colMeans[i] = colSums[i] / count;
-    }
-    grandMean = total / static_cast<double>(n * n);
 }
 
 }  // namespace
@@ -80,19 +40,19 @@ void DistanceCorrAlgo::performEuclideanDistanceAnalysis(const Matrix& data,
         for (std::size_t v = 0; v < data.size(); ++v) calculateEuclideanDistanceMatrix(data[v], distanceMatrices[v]);
         return;
     }
-    // The rows of all matrices are reserved together.
+    std::vector<const std::vector<double>*> columns;
     std::vector<Matrix*> targets;
-    for (Matrix& d : distanceMatrices) targets.push_back(&d);
-    DistanceCorrMatrixStorage storage(targets, n, n);
-    for (std::size_t v = 0; v < data.size(); ++v) fillDistanceMatrix(data[v], distanceMatrices[v], storage);
+    for (std::size_t v = 0; v < data.size(); ++v) {
+        columns.push_back(&data[v]);
+        targets.push_back(&distanceMatrices[v]);
+    }
+    DistanceCorrObservedPasses().distances(columns, targets);
 }
 
-void DistanceCorrAlgo::calculateEuclideanDistanceMatrix(const std::vector<double>& values,
-                                                        Matrix& distances) const {
+void DistanceCorrAlgo::calculateEuclideanDistanceMatrix(const std::vector<double>& values, Matrix& distances) const {
     const std::size_t n = values.size();
     if (n == 0) throw std::runtime_error("Insufficient data points");
-    DistanceCorrMatrixStorage storage({&distances}, n, n);
-    fillDistanceMatrix(values, distances, storage);
+    DistanceCorrObservedPasses().distances({&values}, {&distances});
 }
 
 void DistanceCorrAlgo::calculateRowMean(const std::vector<Matrix>& distanceMatrices, Matrix& rowMeans) const {
@@ -112,8 +72,7 @@ void DistanceCorrAlgo::calculateRowMean(const std::vector<Matrix>& distanceMatri
     }
 }
 
-void DistanceCorrAlgo::calculateColumnMean(const std::vector<Matrix>& distanceMatrices,
-                                           Matrix& colMeans) const {
+void DistanceCorrAlgo::calculateColumnMean(const std::vector<Matrix>& distanceMatrices, Matrix& colMeans) const {
     colMeans.clear();
     colMeans.reserve(distanceMatrices.size());
     for (const auto& matrix : distanceMatrices) {
@@ -149,9 +108,8 @@ double DistanceCorrAlgo::calculateAverageOfMatrix(const Matrix& matrix) const {
     return count == 0 ? 0.0 : total / static_cast<double>(count);
 }
 
-void DistanceCorrAlgo::calculateCenteredMatrix(const std::vector<Matrix>& distanceMatrices,
-                                               const Matrix& rowMeans, const Matrix& colMeans,
-                                               const std::vector<double>& grandMeans,
+void DistanceCorrAlgo::calculateCenteredMatrix(const std::vector<Matrix>& distanceMatrices, const Matrix& rowMeans,
+                                               const Matrix& colMeans, const std::vector<double>& grandMeans,
                                                std::vector<Matrix>& centered) const {
     const std::size_t m = distanceMatrices.size();
     if (m == 0 || rowMeans.size() != m || colMeans.size() != m || grandMeans.size() != m) {
@@ -191,8 +149,7 @@ void DistanceCorrAlgo::calculateDistanceCovariance(const std::vector<Matrix>& ce
     }
 }
 
-double DistanceCorrAlgo::calculatePairDistanceCovariance(const Matrix& a, const Matrix& b,
-                                                         std::uint64_t n) const {
+double DistanceCorrAlgo::calculatePairDistanceCovariance(const Matrix& a, const Matrix& b, std::uint64_t n) const {
     if (a.empty() || b.empty() || a.size() != b.size() || n > a.size()) {
         throw std::runtime_error("Matrix dimension mismatch");
     }
@@ -214,8 +171,7 @@ double DistanceCorrAlgo::calculatePairDistanceCovariance(const Matrix& a, const 
     return sum / static_cast<double>(n * n);
 }
 
-void DistanceCorrAlgo::calculateDistanceVariance(const std::vector<Matrix>& centered,
-                                                 std::vector<double>& dVar) const {
+void DistanceCorrAlgo::calculateDistanceVariance(const std::vector<Matrix>& centered, std::vector<double>& dVar) const {
     dVar.clear();
     dVar.resize(centered.size());
     for (std::size_t k = 0; k < centered.size(); ++k) dVar[k] = calculateVarianceAutoSwitch(centered[k]);
@@ -257,8 +213,7 @@ double DistanceCorrAlgo::calculateMatrixVarianceOptimized(const Matrix& centered
     return total / static_cast<double>(n * n);
 }
 
-void DistanceCorrAlgo::calculateDistanceCorrelation(const std::vector<double>& dCov,
-                                                    const std::vector<double>& dVar,
+void DistanceCorrAlgo::calculateDistanceCorrelation(const std::vector<double>& dCov, const std::vector<double>& dVar,
                                                     std::vector<double>& dCor) const {
     if (dCov.empty() || dVar.empty()) {
         throw std::runtime_error("distCov or distVariance is empty for calculating distance correlation.");
@@ -290,50 +245,9 @@ bool DistanceCorrAlgo::computeObservedStatistics(const std::vector<Matrix>& dist
                                                  std::vector<double>& dVar) const {
     std::size_t n = 0;
     if (!allSquare(distanceMatrices, n)) return false;
-    const DistanceCorrRowKernels& k = DistanceCorrRowKernels::instance();
-    const std::size_t v = distanceMatrices.size();
-    rowMeans.assign(v, {});
-    colMeans.assign(v, {});
-    grandMeans.assign(v, 0.0);
-    for (std::size_t m = 0; m < v; ++m) calculateMeans(distanceMatrices[m], rowMeans[m], colMeans[m], grandMeans[m]);
-
-    centered.resize(v);
-    std::vector<Matrix*> targets;
-    for (Matrix& a : centered) targets.push_back(&a);
-    DistanceCorrMatrixStorage storage(targets, n, n);
-
-    // Each row of every centred matrix is written once; its sum of squares and
-    // its products with the same row of the other matrices are taken while
-    // the row is still in the cache.
-    const bool plainVariance = n < 100;  // one running sum over all elements
-    std::vector<double> squares(v, 0.0);
-    std::vector<double> products(v * (v - 1) / 2, 0.0);
-    for (std::size_t i = 0; i < n; ++i) {
-        for (std::size_t m = 0; m < v; ++m) {
-            std::vector<double>& row = centered[m][i];
-            storage.prepare(row, n);
-            const double rowSquares = k.centreRow(distanceMatrices[m][i].data(), rowMeans[m][i], colMeans[m].data(),
-                                                  grandMeans[m], n, row.data());
-            if (plainVariance) {
-                for (double x : row) squares[m] += x * x;
-            } else {
-                squares[m] += rowSquares;
-            }
-        }
-        std::size_t pair = 0;
-        for (std::size_t a = 0; a < v; ++a) {
-            for (std::size_t b = a + 1; b < v; ++b, ++pair) {
-                products[pair] = k.addRowProducts(products[pair], centered[a][i].data(), centered[b][i].data(), n);
-            }
-        }
-    }
-    const double cells = static_cast<double>(n * n);
-    dVar.clear();
-    dVar.resize(v);
-    for (std::size_t m = 0; m < v; ++m) dVar[m] = squares[m] / cells;
-    dCov.clear();
-    dCov.resize(products.size());
-    for (std::size_t p = 0; p < products.size(); ++p) dCov[p] = products[p] / cells;
+    const DistanceCorrObservedPasses passes;
+    passes.means(distanceMatrices, rowMeans, colMeans, grandMeans);
+    passes.centre(distanceMatrices, rowMeans, colMeans, grandMeans, centered, dCov, dVar);
     return true;
 }
 
@@ -342,8 +256,8 @@ void DistanceCorrAlgo::computeDistanceCorrelation(const std::vector<Matrix>& dis
     fillResultRecords(distanceMatrices, centered, dCor);
 }
 
-void DistanceCorrAlgo::computeDistanceCorrelation(std::vector<Matrix>&& distanceMatrices,
-                                                  std::vector<Matrix>& centered, std::vector<double>& dCor) {
+void DistanceCorrAlgo::computeDistanceCorrelation(std::vector<Matrix>&& distanceMatrices, std::vector<Matrix>& centered,
+                                                  std::vector<double>& dCor) {
     fillResultRecords(distanceMatrices, centered, dCor);
 }
 

@@ -25,27 +25,43 @@ std::atomic<bool>& unsupported() {
 }  // namespace
 
 DistanceCorrMatrixStorage::DistanceCorrMatrixStorage(const std::vector<Matrix*>& matrices, std::size_t rows,
-                                                     std::size_t columns) {
-    std::vector<Range> fresh;
-    for (Matrix* matrix : matrices) {
-        matrix->resize(rows);
-        for (auto& row : *matrix) {
+                                                     std::size_t columns)
+    : DistanceCorrMatrixStorage(matrices, rows, columns, 1,
+                                [](std::size_t count, const std::function<void(std::size_t)>& task) {
+                                    for (std::size_t t = 0; t < count; ++t) task(t);
+                                }) {}
+
+DistanceCorrMatrixStorage::DistanceCorrMatrixStorage(const std::vector<Matrix*>& matrices, std::size_t rows,
+                                                     std::size_t columns, std::size_t parts, const Runner& run) {
+    for (Matrix* matrix : matrices) matrix->resize(rows);
+    const std::size_t total = matrices.size() * rows;
+    parts = std::max<std::size_t>(1, std::min(parts, total));
+    std::vector<std::vector<Range>> freshByPart(parts);
+    run(parts, [&](std::size_t part) {
+        const std::size_t end = total * (part + 1) / parts;
+        for (std::size_t r = total * part / parts; r < end; ++r) {
+            std::vector<double>& row = (*matrices[r / rows])[r % rows];
             if (row.capacity() >= columns) continue;
             std::vector<double>().swap(row);
             row.reserve(columns);
             const auto start = reinterpret_cast<std::uintptr_t>(row.data());
-            fresh.emplace_back(start, start + columns * sizeof(double));
+            freshByPart[part].emplace_back(start, start + columns * sizeof(double));
         }
-    }
+    });
+    std::vector<Range> fresh;
+    for (const std::vector<Range>& ranges : freshByPart) fresh.insert(fresh.end(), ranges.begin(), ranges.end());
     planHugePages(fresh);
 }
 
 void DistanceCorrMatrixStorage::prepare(std::vector<double>& row, std::size_t columns) {
-    if (!pages_.empty()) {
-        const auto start = reinterpret_cast<std::uintptr_t>(row.data());
-        back(start, start + columns * sizeof(double));
-    }
+    back(row, columns);
     row.resize(columns);
+}
+
+void DistanceCorrMatrixStorage::back(const std::vector<double>& row, std::size_t columns) {
+    if (pages_.empty() || stopped_.load(std::memory_order_relaxed)) return;
+    const auto start = reinterpret_cast<std::uintptr_t>(row.data());
+    backRange(start, start + columns * sizeof(double));
 }
 
 void DistanceCorrMatrixStorage::planHugePages(std::vector<Range>& fresh) {
@@ -70,10 +86,11 @@ void DistanceCorrMatrixStorage::planHugePages(std::vector<Range>& fresh) {
         }
     }
     addPages(start, end);
-    backed_.assign(pages_.size(), false);
+    backed_ = std::vector<std::atomic<bool>>(pages_.size());
+    for (std::atomic<bool>& b : backed_) b.store(false, std::memory_order_relaxed);
 }
 
-void DistanceCorrMatrixStorage::back(std::uintptr_t start, std::uintptr_t end) {
+void DistanceCorrMatrixStorage::backRange(std::uintptr_t start, std::uintptr_t end) {
 #if defined(__linux__)
 #if defined(MADV_COLLAPSE)
     constexpr int kCollapse = MADV_COLLAPSE;
@@ -84,11 +101,10 @@ void DistanceCorrMatrixStorage::back(std::uintptr_t start, std::uintptr_t end) {
     if (page != pages_.begin()) --page;
     for (; page != pages_.end() && *page < end; ++page) {
         const std::size_t k = static_cast<std::size_t>(page - pages_.begin());
-        if (backed_[k] || *page + kHugePage <= start) continue;
-        backed_[k] = true;
+        if (*page + kHugePage <= start || backed_[k].exchange(true, std::memory_order_relaxed)) continue;
         if (madvise(reinterpret_cast<void*>(*page), kHugePage, kCollapse) != 0 && errno == EINVAL) {
             unsupported().store(true, std::memory_order_relaxed);
-            pages_.clear();
+            stopped_.store(true, std::memory_order_relaxed);
             return;
         }
     }

@@ -104,14 +104,15 @@ struct Kernels {
         for (; j < n; ++j) out[j] = std::abs(x[j] - xi);
     }
 
-    // Sums of kGroupRows consecutive rows, each left to right from 0.0, and
-    // their elements added to the column sums in row order.
-    [[gnu::always_inline]] static inline void sumRowGroup(const double* const* rows, std::size_t n, double* rowSums,
-                                                          double* colSums) {
-        Vec low{};
-        Vec high{};
-        std::size_t j = 0;
-        for (; j + W <= n; j += W) {
+    // Columns [begin, end) of kGroupRows consecutive rows: each row's elements
+    // added left to right to its running sum in rowSums, and to the column
+    // sums in row order. Over [0, n) with sums of 0.0, the rows' sums.
+    [[gnu::always_inline]] static inline void sumRowGroup(const double* const* rows, std::size_t begin, std::size_t end,
+                                                          double* rowSums, double* colSums) {
+        Vec low = load(rowSums);
+        Vec high = load(rowSums + W);
+        std::size_t j = begin;
+        for (; j + W <= end; j += W) {
             Vec a[W];
             Vec b[W];
             for (int r = 0; r < W; ++r) {
@@ -136,7 +137,7 @@ struct Kernels {
             sums[r] = low[r];
             sums[W + r] = high[r];
         }
-        for (; j < n; ++j) {
+        for (; j < end; ++j) {
             double column = colSums[j];
             for (std::size_t r = 0; r < kGroupRows; ++r) {
                 sums[r] += rows[r][j];
@@ -147,13 +148,14 @@ struct Kernels {
         for (std::size_t r = 0; r < kGroupRows; ++r) rowSums[r] = sums[r];
     }
 
-    // One row on its own: its sum, and its elements added to the column sums.
-    [[gnu::always_inline]] static inline double sumRow(const double* row, std::size_t n, double* colSums) {
-        std::size_t j = 0;
-        for (; j + W <= n; j += W) store(colSums + j, load(colSums + j) + load(row + j));
-        for (; j < n; ++j) colSums[j] += row[j];
-        double sum = 0.0;
-        for (j = 0; j < n; ++j) sum += row[j];
+    // Columns [begin, end) of one row: added to the column sums, and left to
+    // right to the running sum `sum`, which is returned.
+    [[gnu::always_inline]] static inline double sumRow(const double* row, std::size_t begin, std::size_t end,
+                                                       double sum, double* colSums) {
+        std::size_t j = begin;
+        for (; j + W <= end; j += W) store(colSums + j, load(colSums + j) + load(row + j));
+        for (; j < end; ++j) colSums[j] += row[j];
+        for (j = begin; j < end; ++j) sum += row[j];
         return sum;
     }
 
@@ -227,10 +229,13 @@ struct Build<2> {
     static void distanceRow(const double* x, std::size_t n, std::size_t i, double* out) {
         K::distanceRow(x, n, i, out);
     }
-    static void sumRowGroup(const double* const* rows, std::size_t n, double* rowSums, double* colSums) {
-        K::sumRowGroup(rows, n, rowSums, colSums);
+    static void sumRowGroup(const double* const* rows, std::size_t begin, std::size_t end, double* rowSums,
+                            double* colSums) {
+        K::sumRowGroup(rows, begin, end, rowSums, colSums);
     }
-    static double sumRow(const double* row, std::size_t n, double* colSums) { return K::sumRow(row, n, colSums); }
+    static double sumRow(const double* row, std::size_t begin, std::size_t end, double sum, double* colSums) {
+        return K::sumRow(row, begin, end, sum, colSums);
+    }
     static double centreRow(const double* d, double rm, const double* cm, double g, std::size_t n, double* a) {
         return K::centreRow(d, rm, cm, g, n, a);
     }
@@ -246,12 +251,13 @@ struct Build<4> {
                                                             double* out) {
         K::distanceRow(x, n, i, out);
     }
-    __attribute__((target("avx2"))) static void sumRowGroup(const double* const* rows, std::size_t n, double* rowSums,
-                                                            double* colSums) {
-        K::sumRowGroup(rows, n, rowSums, colSums);
+    __attribute__((target("avx2"))) static void sumRowGroup(const double* const* rows, std::size_t begin,
+                                                            std::size_t end, double* rowSums, double* colSums) {
+        K::sumRowGroup(rows, begin, end, rowSums, colSums);
     }
-    __attribute__((target("avx2"))) static double sumRow(const double* row, std::size_t n, double* colSums) {
-        return K::sumRow(row, n, colSums);
+    __attribute__((target("avx2"))) static double sumRow(const double* row, std::size_t begin, std::size_t end,
+                                                         double sum, double* colSums) {
+        return K::sumRow(row, begin, end, sum, colSums);
     }
     __attribute__((target("avx2"))) static double centreRow(const double* d, double rm, const double* cm, double g,
                                                             std::size_t n, double* a) {

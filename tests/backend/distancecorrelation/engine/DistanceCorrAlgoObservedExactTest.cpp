@@ -1,19 +1,23 @@
 // The engine's fused observed path against a literal transcription of the
 // step-by-step recipe, compared bit for bit: distance matrices, row, column
-// and grand means, centred matrices, dCov, dVar and dCor.
+// and grand means, centred matrices, dCov, dVar and dCor; on the calling
+// thread and split across host worker pools of 1, 2, 3 and 8 workers.
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
+#include <functional>
 #include <limits>
 #include <random>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "CountingWorkerPool.h"
 #include "EngineTestSettings.h"
+#include "FixedWorkerPool.h"
 
 using Matrix = DistanceCorrAlgo::Matrix;
 
@@ -241,12 +245,18 @@ enum class Kind { Dependent, MixedMagnitudes, Constant, WithNaN, Ties, WithInfin
 
 const char* nameOf(Kind kind) {
     switch (kind) {
-        case Kind::Dependent: return "dependent";
-        case Kind::MixedMagnitudes: return "mixed magnitudes";
-        case Kind::Constant: return "constant column";
-        case Kind::WithNaN: return "NaN";
-        case Kind::Ties: return "ties";
-        case Kind::WithInfinity: return "infinity";
+        case Kind::Dependent:
+            return "dependent";
+        case Kind::MixedMagnitudes:
+            return "mixed magnitudes";
+        case Kind::Constant:
+            return "constant column";
+        case Kind::WithNaN:
+            return "NaN";
+        case Kind::Ties:
+            return "ties";
+        case Kind::WithInfinity:
+            return "infinity";
     }
     return "?";
 }
@@ -291,6 +301,30 @@ Columns makeColumns(Kind kind, std::size_t v, std::size_t n, std::uint32_t seed)
     return data;
 }
 
+// check() under no pool, a pool of one worker (which the engine runs on the
+// calling thread), thread pools of 2, 3 and 8 workers, and 3 workers scrambled.
+void underEveryPool(const std::function<void()>& check) {
+    {
+        SCOPED_TRACE("no worker pool");
+        check();
+    }
+    {
+        SCOPED_TRACE("a pool of 1 worker");
+        const ScopedThreadCount one(1);
+        check();
+    }
+    for (const auto& [threads, scrambled] : {std::pair{2u, false}, {3u, false}, {8u, false}, {3u, true}}) {
+        SCOPED_TRACE(std::to_string(threads) + (scrambled ? " workers, tasks scrambled" : " worker threads"));
+        CountingWorkerPool pool(threads, scrambled);
+        {
+            const InstalledWorkerPool installed(&pool);
+            check();
+        }
+        EXPECT_GT(pool.tasks(), 0u) << "the work was not split";
+        EXPECT_FALSE(pool.badWorker());
+    }
+}
+
 std::string label(Kind kind, std::size_t v, std::size_t n) {
     return std::string(nameOf(kind)) + ", " + std::to_string(v) + " variables, n = " + std::to_string(n);
 }
@@ -298,9 +332,7 @@ std::string label(Kind kind, std::size_t v, std::size_t n) {
 // Runs the engine's observed path three ways and compares each with the
 // literal recipe: the distance matrices, the fused passes themselves (means
 // included), and the records that computeDistanceCorrelation leaves.
-void expectSameAsRecipe(const Columns& data, const std::string& what) {
-    SCOPED_TRACE(what);
-    const Literal expected = literalRecipe(data);
+void expectSameAsRecipeOnce(const Columns& data, const Literal& expected) {
     EngineRun run(data);
 
     std::vector<Matrix> distances;
@@ -337,6 +369,19 @@ void expectSameAsRecipe(const Columns& data, const std::string& what) {
             sameBits(run.descriptives[k].distVariance, DistanceCorrAlgo::roundToPrecision(expected.dVar[k], 4)));
         EXPECT_TRUE(sameMatrix(run.descriptives[k].distanceMatrix, expected.distances[k])) << "record " << k;
     }
+    std::size_t k = 0;
+    for (std::size_t i = 0; i < data.size(); ++i) {
+        for (std::size_t j = i + 1; j < data.size(); ++j, ++k) {
+            EXPECT_EQ(run.results[k].varName1, "V" + std::to_string(i + 1));
+            EXPECT_EQ(run.results[k].varName2, "V" + std::to_string(j + 1));
+        }
+    }
+}
+
+void expectSameAsRecipe(const Columns& data, const std::string& what) {
+    SCOPED_TRACE(what);
+    const Literal expected = literalRecipe(data);
+    underEveryPool([&] { expectSameAsRecipeOnce(data, expected); });
 }
 
 }  // namespace
@@ -377,12 +422,12 @@ TEST(DistanceCorrAlgoObservedExact, TranscriptionAgreesWithTheStepFunctions) {
 TEST(DistanceCorrAlgoObservedExact, SmallAndOddSizesMatchTheRecipe) {
     // Every remainder of the vector widths and of the blocks of four, both
     // sides of the 100-row switch of the variance.
-    const std::size_t sizes[] = {1,  2,  3,  4,  5,  6,  7,  8,  9,   11,  15,  16,  17,
+    const std::size_t sizes[] = {1,  2,  3,  4,  5,  6,  7,  8,  9,  11,  15,  16,  17,
                                  23, 31, 32, 33, 63, 64, 65, 98, 99, 100, 101, 103, 130};
     std::uint32_t seed = 1;
     for (std::size_t n : sizes) {
-        for (Kind kind : {Kind::Dependent, Kind::MixedMagnitudes, Kind::Constant, Kind::WithNaN, Kind::Ties,
-                          Kind::WithInfinity}) {
+        for (Kind kind :
+             {Kind::Dependent, Kind::MixedMagnitudes, Kind::Constant, Kind::WithNaN, Kind::Ties, Kind::WithInfinity}) {
             expectSameAsRecipe(makeColumns(kind, 3, n, seed++), label(kind, 3, n));
         }
     }
@@ -442,23 +487,25 @@ TEST(DistanceCorrAlgoObservedExact, TheDataTellSummationOrdersApart) {
 TEST(DistanceCorrAlgoObservedExact, OutputStorageIsReusedWithTheSameResults) {
     const Columns data = makeColumns(Kind::MixedMagnitudes, 2, 67, 77);
     const Literal expected = literalRecipe(data);
-    EngineRun run(data);
-    // Leftovers of other sizes in the output containers change nothing.
-    std::vector<Matrix> distances(2, Matrix(80, std::vector<double>(90, -1.0)));
-    distances[1].resize(3);
-    run.algo.performEuclideanDistanceAnalysis(data, distances);
-    EXPECT_TRUE(sameMatrices(distances, expected.distances));
-    Probe::Output fused;
-    fused.centered.assign(3, Matrix(10, std::vector<double>(200, 9.0)));
-    fused.rowMeans.assign(5, {1.0});
-    ASSERT_TRUE(Probe::run(run.algo, distances, fused));
-    EXPECT_TRUE(sameMatrices(fused.centered, expected.centered));
-    EXPECT_TRUE(sameMatrix(fused.rowMeans, expected.rowMeans));
-    // A second run into the same containers.
-    ASSERT_TRUE(Probe::run(run.algo, distances, fused));
-    EXPECT_TRUE(sameMatrices(fused.centered, expected.centered));
-    EXPECT_TRUE(sameList(fused.dCov, expected.dCov));
-    EXPECT_TRUE(sameList(fused.dVar, expected.dVar));
+    underEveryPool([&] {
+        EngineRun run(data);
+        // Leftovers of other sizes in the output containers change nothing.
+        std::vector<Matrix> distances(2, Matrix(80, std::vector<double>(90, -1.0)));
+        distances[1].resize(3);
+        run.algo.performEuclideanDistanceAnalysis(data, distances);
+        EXPECT_TRUE(sameMatrices(distances, expected.distances));
+        Probe::Output fused;
+        fused.centered.assign(3, Matrix(10, std::vector<double>(200, 9.0)));
+        fused.rowMeans.assign(5, {1.0});
+        ASSERT_TRUE(Probe::run(run.algo, distances, fused));
+        EXPECT_TRUE(sameMatrices(fused.centered, expected.centered));
+        EXPECT_TRUE(sameMatrix(fused.rowMeans, expected.rowMeans));
+        // A second run into the same containers.
+        ASSERT_TRUE(Probe::run(run.algo, distances, fused));
+        EXPECT_TRUE(sameMatrices(fused.centered, expected.centered));
+        EXPECT_TRUE(sameList(fused.dCov, expected.dCov));
+        EXPECT_TRUE(sameList(fused.dVar, expected.dVar));
+    });
 }
 
 TEST(DistanceCorrAlgoObservedExact, OtherShapesGoStepByStep) {
@@ -489,19 +536,21 @@ TEST(DistanceCorrAlgoObservedExact, OtherShapesGoStepByStep) {
 TEST(DistanceCorrAlgoObservedExact, OneVariableCentresAndThenReportsNoPairs) {
     const Columns data = makeColumns(Kind::MixedMagnitudes, 1, 150, 9);
     const Literal expected = literalRecipe(data);
-    EngineRun run;
-    Probe::Output fused;
-    ASSERT_TRUE(Probe::run(run.algo, expected.distances, fused));
-    EXPECT_TRUE(sameMatrices(fused.centered, expected.centered));
-    EXPECT_TRUE(sameList(fused.dVar, expected.dVar));
-    EXPECT_TRUE(fused.dCov.empty());
-    std::vector<Matrix> centered;
-    std::vector<double> dCor;
-    try {
-        run.algo.computeDistanceCorrelation(expected.distances, centered, dCor);
-        ADD_FAILURE() << "nothing thrown";
-    } catch (const std::runtime_error& e) {
-        EXPECT_STREQ(e.what(), "distCov or distVariance is empty for calculating distance correlation.");
-    }
-    EXPECT_TRUE(sameMatrices(centered, expected.centered));
+    underEveryPool([&] {
+        EngineRun run;
+        Probe::Output fused;
+        ASSERT_TRUE(Probe::run(run.algo, expected.distances, fused));
+        EXPECT_TRUE(sameMatrices(fused.centered, expected.centered));
+        EXPECT_TRUE(sameList(fused.dVar, expected.dVar));
+        EXPECT_TRUE(fused.dCov.empty());
+        std::vector<Matrix> centered;
+        std::vector<double> dCor;
+        try {
+            run.algo.computeDistanceCorrelation(expected.distances, centered, dCor);
+            ADD_FAILURE() << "nothing thrown";
+        } catch (const std::runtime_error& e) {
+            EXPECT_STREQ(e.what(), "distCov or distVariance is empty for calculating distance correlation.");
+        }
+        EXPECT_TRUE(sameMatrices(centered, expected.centered));
+    });
 }

@@ -5,6 +5,7 @@
 
 #include "DistanceCorrMatrixStorage.h"
 #include "DistanceCorrRowKernels.h"
+#include "HostServices.h"
 #include "WorkerPool.h"
 
 namespace {
@@ -91,9 +92,7 @@ DistanceCorrObservedPasses::DistanceCorrObservedPasses(WorkerPool* pool)
       workers_(pool_ != nullptr ? pool_->GetThreadCount() : 1) {}
 
 WorkerPool* DistanceCorrObservedPasses::hostPool() {
-    // A host without the service leaves the weak symbol unresolved.
-    WorkerPool* (*const get)() = &GetProcedureWorkerPool;
-    WorkerPool* pool = get != nullptr ? get() : nullptr;
+    WorkerPool* pool = HostServices::workerPool();
     return pool != nullptr && pool->GetThreadCount() > 1 ? pool : nullptr;
 }
 

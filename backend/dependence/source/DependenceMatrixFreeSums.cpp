@@ -13,32 +13,28 @@ namespace {
 // whatever n, and the loops vectorize.
 constexpr std::size_t kBlock = 256;
 
-long double blockSum(const double* a, std::size_t count) {
+// The sum of term(j) for j in [0, count).
+template <class Term>
+long double blockSum(std::size_t count, Term term) {
     long double total = 0;
     for (std::size_t start = 0; start < count; start += kBlock) {
         const std::size_t end = std::min(count, start + kBlock);
         double lane[4] = {0, 0, 0, 0};
         std::size_t j = start;
         for (; j + 4 <= end; j += 4)
-            for (int l = 0; l < 4; ++l) lane[l] += a[j + l];
-        for (; j < end; ++j) lane[0] += a[j];
+            for (int l = 0; l < 4; ++l) lane[l] += term(j + l);
+        for (; j < end; ++j) lane[0] += term(j);
         total += (lane[0] + lane[1]) + (lane[2] + lane[3]);
     }
     return total;
 }
 
+long double blockSum(const double* a, std::size_t count) {
+    return blockSum(count, [a](std::size_t j) { return a[j]; });
+}
+
 long double blockDot(const double* a, const double* b, std::size_t count) {
-    long double total = 0;
-    for (std::size_t start = 0; start < count; start += kBlock) {
-        const std::size_t end = std::min(count, start + kBlock);
-        double lane[4] = {0, 0, 0, 0};
-        std::size_t j = start;
-        for (; j + 4 <= end; j += 4)
-            for (int l = 0; l < 4; ++l) lane[l] += a[j + l] * b[j + l];
-        for (; j < end; ++j) lane[0] += a[j] * b[j];
-        total += (lane[0] + lane[1]) + (lane[2] + lane[3]);
-    }
-    return total;
+    return blockSum(count, [a, b](std::size_t j) { return a[j] * b[j]; });
 }
 
 // Adds values to running column sums with Neumaier's compensation, so that

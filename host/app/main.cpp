@@ -190,10 +190,13 @@ int runCommands(const Options& opt, CommandStream& commands, host::SyntaxCommand
     // Standard error: host messages apart from the procedures' own text.
     host::StandardErrorTee tee(std::cerr);
     std::unique_ptr<host::CommandProgress> progress;
-    if (!opt.quiet && ::isatty(STDERR_FILENO))
+    if (!opt.quiet && ::isatty(STDERR_FILENO)) {
         progress = std::make_unique<host::CommandProgress>([&tee](const std::string& line) { tee.showLiveLine(line); },
                                                            [&tee] { tee.clearLiveLine(); },
                                                            [] { return host::terminalColumns(STDERR_FILENO); });
+        // Ctrl-C in the middle of a command leaves no half line for the prompt.
+        tee.eraseLiveLineOnSignal(STDERR_FILENO);
+    }
     // One worker means no pool: procedures then run everything on the calling thread.
     const unsigned threads = opt.threads != 0 ? opt.threads : host::availableProcessors();
     std::unique_ptr<host::ThreadWorkerPool> pool;

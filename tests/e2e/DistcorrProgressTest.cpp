@@ -56,6 +56,26 @@ TEST(DistcorrProgress, ProcedureThatReportsNothingStillShowsTheElapsedTime) {
     EXPECT_TRUE(contains(r.out, kClear + "Note: PROBE: waited 1800 ms with a progress monitor")) << r.out;
 }
 
+TEST(DistcorrProgress, InterruptEndsTheProgramWithTheLineErased) {
+    bool interrupted = false;
+    const DistcorrResult r =
+        runDistcorrOnTerminal({"--data", kSmall, "--procedures", kProbes, "-e", "PROBE WAIT 20000 REPORT 1000."},
+                              [&interrupted](const std::string& received, pid_t pid) {
+                                  // Ctrl-C once the first progress line is on the screen.
+                                  if (!interrupted && contains(received, "\033[K")) {
+                                      ::kill(pid, SIGINT);
+                                      interrupted = true;
+                                  }
+                              });
+    ASSERT_TRUE(interrupted) << r.out;
+    EXPECT_EQ(r.exitCode, 128 + SIGINT);
+    ASSERT_FALSE(progressLines(r.out).empty()) << r.out;
+    // The last thing on the terminal erases the line the progress stood on.
+    ASSERT_GE(r.out.size(), kClear.size());
+    EXPECT_EQ(r.out.substr(r.out.size() - kClear.size()), kClear) << r.out;
+    EXPECT_FALSE(contains(r.out, "waited 20000 ms")) << "the command ran to its end";
+}
+
 TEST(DistcorrProgress, QuickCommandShowsNoLine) {
     const DistcorrResult r =
         runDistcorrOnTerminal({"--data", kSmall, "-e", "DISTANCE CORRELATION VARIABLE=x y /PRINT DISTCORRCOEFF."});

@@ -169,7 +169,10 @@ inline DistcorrResult runDistcorrChild(const std::vector<std::string>& args, con
 
 // Runs distcorr on a pseudo-terminal (standard input, output and error all
 // on it, 80 columns) and returns everything the terminal received in `out`.
-inline DistcorrResult runDistcorrOnTerminal(std::vector<std::string> args) {
+// `watch`, when given, sees all that was received so far after each read,
+// with the child's pid (e.g. to send it a signal at the right moment).
+inline DistcorrResult runDistcorrOnTerminal(
+    std::vector<std::string> args, const std::function<void(const std::string& received, pid_t pid)>& watch = nullptr) {
     const std::string binary = distcorrBinary();
     std::vector<char*> argv = argvFor(binary, args);
     struct winsize size {};
@@ -188,6 +191,7 @@ inline DistcorrResult runDistcorrOnTerminal(std::vector<std::string> args) {
         const ssize_t n = ::read(master, block, sizeof block);
         if (n > 0) {
             r.out.append(block, static_cast<std::size_t>(n));
+            if (watch) watch(r.out, pid);
             continue;
         }
         if (n < 0 && errno == EINTR) continue;

@@ -31,6 +31,13 @@ void remove(int slot);
 // Removes every recorded file now (what the signal handler does).
 void removeAll();
 
+// A function the signal handler calls first, before it removes the files:
+// for example to erase a progress line, so that the shell's prompt starts on
+// a clean line. It must use only async-signal-safe calls. One at a time;
+// nullptr removes it.
+using SignalHook = void (*)();
+void setSignalHook(SignalHook hook);
+
 // While alive, SIGINT, SIGTERM and SIGHUP wait: they are blocked on this
 // thread, and a handler running on another thread waits (up to two seconds)
 // until the section ends. For short steps that must not be cut in half, such

@@ -36,6 +36,11 @@ public:
     void showLiveLine(const std::string& text);
     void clearLiveLine();
 
+    // When a signal ends the program while a live line is shown, erase it by
+    // writing straight to descriptor `fd` (the one behind the stream). Lasts
+    // as long as the tee; one tee at a time.
+    void eraseLiveLineOnSignal(int fd);
+
 private:
     class Lane : public std::streambuf {
     public:
@@ -62,6 +67,7 @@ private:
     std::mutex mutex_;
     std::atomic<bool> procedureWrote_{false};
     bool liveLineShown_ = false;
+    int signalFd_ = -1;
     bool atLineStart_ = true;
 };
 

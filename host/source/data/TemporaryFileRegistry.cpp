@@ -29,6 +29,7 @@ Slot slots[kSlots];
 std::atomic<bool> installed{false};
 // Threads inside an Uninterrupted section; the handler waits for them.
 std::atomic<int> uninterrupted{0};
+std::atomic<SignalHook> signalHook{nullptr};
 
 void sleepMilliseconds(long milliseconds) {
     struct timespec pause {};
@@ -38,6 +39,7 @@ void sleepMilliseconds(long milliseconds) {
 
 extern "C" void removeAndReraise(int signalNumber) {
     const int savedErrno = errno;
+    if (const SignalHook hook = signalHook.load()) hook();
     // Another thread may be in a short uninterrupted step (recording a new
     // file, putting files in place); wait for it, but not forever.
     for (int i = 0; i < 2000 && uninterrupted.load() > 0; ++i) sleepMilliseconds(1);
@@ -53,6 +55,8 @@ extern "C" void removeAndReraise(int signalNumber) {
 }
 
 }  // namespace
+
+void setSignalHook(SignalHook hook) { signalHook.store(hook); }
 
 void installSignalCleanup() {
     if (installed.exchange(true)) return;

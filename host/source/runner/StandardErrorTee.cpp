@@ -1,10 +1,24 @@
 #include "runner/StandardErrorTee.h"
 
+#include <unistd.h>
+
+#include "data/TemporaryFileRegistry.h"
+
 namespace host {
 
 namespace {
 // Carriage return, then erase to the end of the line (ANSI).
 const char kClearLine[] = "\r\033[K";
+
+// The descriptor on which a live line stands now, or -1; read by the signal hook.
+std::atomic<int> lineOnSignalFd{-1};
+
+void eraseLineOnSignal() {
+    const int fd = lineOnSignalFd.load();
+    if (fd < 0) return;
+    const ssize_t written = ::write(fd, kClearLine, sizeof kClearLine - 1);
+    (void)written;  // nothing more can be done while the program ends
+}
 }  // namespace
 
 StandardErrorTee::StandardErrorTee(std::ostream& stream)
@@ -18,6 +32,7 @@ StandardErrorTee::StandardErrorTee(std::ostream& stream)
 
 StandardErrorTee::~StandardErrorTee() {
     clearLiveLine();
+    if (signalFd_ >= 0) temporaryFiles::setSignalHook(nullptr);
     stream_.flush();
     stream_.rdbuf(real_);
 }
@@ -55,6 +70,7 @@ void StandardErrorTee::showLiveLine(const std::string& text) {
     real_->sputn(kClearLine + 1, sizeof kClearLine - 2);  // erase what a longer line left
     real_->pubsync();
     liveLineShown_ = true;
+    if (signalFd_ >= 0) lineOnSignalFd.store(signalFd_);
 }
 
 void StandardErrorTee::clearLiveLine() {
@@ -64,9 +80,16 @@ void StandardErrorTee::clearLiveLine() {
 
 void StandardErrorTee::clearLiveLineLocked() {
     if (!liveLineShown_) return;
+    lineOnSignalFd.store(-1);
     real_->sputn(kClearLine, sizeof kClearLine - 1);
     real_->pubsync();
     liveLineShown_ = false;
+}
+
+void StandardErrorTee::eraseLiveLineOnSignal(int fd) {
+    std::lock_guard<std::mutex> lock(mutex_);
+    signalFd_ = fd;
+    temporaryFiles::setSignalHook(&eraseLineOnSignal);
 }
 
 }  // namespace host

@@ -38,8 +38,9 @@ asan: deps
 # tests, the shared kernels, DEPENDENCE, the host's worker pool, and distcorr
 # at several thread counts. Each test program runs on its own. Left out: the
 # permutation memory test, whose address-space limits leave no room for the
-# sanitizer's own memory (it skips itself under AddressSanitizer likewise).
-TSAN_TESTS := $(filter-out DistanceCorrAlgoPermutationMemoryTest,$(sort $(basename $(notdir $(wildcard \
+# sanitizer's own memory (it skips itself under AddressSanitizer likewise),
+# and the permutation sweep, which runs on one thread only.
+TSAN_TESTS := $(filter-out DistanceCorrAlgoPermutationMemoryTest DistanceCorrPermutationSweepTest,$(sort $(basename $(notdir $(wildcard \
 	tests/backend/distancecorrelation/engine/*Test.cpp tests/backend/distancecorrelation/perf/*Test.cpp \
 	tests/backend/shared/*Test.cpp tests/backend/dependence/*Test.cpp))))) \
 	ThreadWorkerPoolTest DistcorrThreadsIdentityTest

@@ -4,12 +4,12 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <new>
 
 #include "UsageError.h"
+#include "data/TextFile.h"
 #include "syntax/MessageText.h"
 
 const std::string SyntaxSource::kNone;
@@ -29,27 +29,18 @@ std::string readAll(int fd, const std::string& source) {
     if (::fstat(fd, &info) != 0) cannotRead(source, std::strerror(errno));
     if (S_ISDIR(info.st_mode)) cannotRead(source, "it is a folder");
     std::string text;
+    int error = 0;
     try {
-        // A file's text is held once, without the copies of a growing string.
-        if (S_ISREG(info.st_mode) && info.st_size > 0)
-            text.reserve(std::min(static_cast<std::size_t>(info.st_size), SyntaxSource::kMaxBytes));
-        char block[1 << 16];
-        for (;;) {
-            const ssize_t n = ::read(fd, block, sizeof block);
-            if (n < 0) {
-                if (errno == EINTR) continue;
-                cannotRead(source, std::strerror(errno));
-            }
-            if (n == 0) return text;
-            if (text.size() + static_cast<std::size_t>(n) > SyntaxSource::kMaxBytes)
-                cannotRead(source, "it is larger than " + std::to_string(SyntaxSource::kMaxBytes >> 20) +
-                                       " MiB, the most distcorr reads as syntax");
-            text.append(block, static_cast<std::size_t>(n));
-        }
+        error = host::readDescriptor(fd, text, SyntaxSource::kMaxBytes);
     } catch (const std::bad_alloc&) {
-        text = std::string();
+        text = std::string();  // the message needs memory too
         cannotRead(source, "there is not enough memory to hold it");
     }
+    if (error == EFBIG)
+        cannotRead(source, "it is larger than " + std::to_string(SyntaxSource::kMaxBytes >> 20) +
+                               " MiB, the most distcorr reads as syntax");
+    if (error != 0) cannotRead(source, std::strerror(error));
+    return text;
 }
 
 std::string readFile(const std::string& path) {

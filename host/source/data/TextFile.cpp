@@ -4,34 +4,52 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <cstring>
 
 #include "data/DataLoadError.h"
 
 namespace host {
 
-namespace {
-
-// Reads a descriptor to its end. The text is sized once from the file's size
-// when it has one, so that a large file is never held twice while it grows.
-std::string readAll(int fd, const std::string& name) {
+int readDescriptor(int fd, std::string& text, std::size_t limit) {
+    // One byte beyond the limit tells a text of exactly `limit` bytes from a longer one.
+    const std::size_t room = limit < SIZE_MAX ? limit + 1 : limit;
     struct stat info {};
-    std::string text;
+    text.clear();
     std::size_t used = 0;
     if (::fstat(fd, &info) == 0 && S_ISREG(info.st_mode) && info.st_size > 0)
-        text.resize(static_cast<std::size_t>(info.st_size) + 1);  // one more byte finds the end
+        text.resize(std::min(static_cast<std::size_t>(info.st_size) + 1, room));  // one more byte finds the end
     for (;;) {
-        if (used == text.size()) text.resize(text.size() < 65536 ? 65536 : text.size() * 2);
+        if (used == text.size()) {
+            if (used > limit) {
+                text.clear();
+                return EFBIG;
+            }
+            text.resize(std::min(std::max<std::size_t>(65536, text.size() * 2), room));
+        }
         const ssize_t got = ::read(fd, &text[used], text.size() - used);
         if (got == 0) break;
         if (got < 0) {
             if (errno == EINTR) continue;
-            throw DataLoadError(name + ": cannot read the file: " + std::strerror(errno));
+            const int error = errno;
+            text.clear();
+            return error;
         }
         used += static_cast<std::size_t>(got);
     }
     text.resize(used);
+    return 0;
+}
+
+namespace {
+
+// Reads a descriptor to its end; a failed read is a DataLoadError naming the file.
+std::string readAll(int fd, const std::string& name) {
+    std::string text;
+    if (const int error = readDescriptor(fd, text))
+        throw DataLoadError(name + ": cannot read the file: " + std::strerror(error));
     return text;
 }
 

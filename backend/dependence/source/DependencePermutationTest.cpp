@@ -4,15 +4,11 @@
 
 #include "HostServices.h"
 #include "PermutationStream.h"
-#include "WorkerPool.h"
 
 DependencePermutationTest::DependencePermutationTest(std::uint64_t seed, std::uint64_t replicates)
     : seed_(seed), replicates_(replicates) {}
 
-unsigned DependencePermutationTest::workers() {
-    WorkerPool* pool = HostServices::workerPool();
-    return pool != nullptr ? std::max(1u, pool->GetThreadCount()) : 1u;
-}
+unsigned DependencePermutationTest::workers() { return HostServices::workerCount(); }
 
 std::uint64_t DependencePermutationTest::blockSize(std::uint64_t replicates) {
     // At most 4,096 blocks, so that their saved states stay small.
@@ -46,12 +42,7 @@ double DependencePermutationTest::pValue(std::size_t n, double observed, double 
         atLeast[b] = count;
     };
 
-    WorkerPool* pool = HostServices::workerPool();
-    if (pool != nullptr && pool->GetThreadCount() > 1 && blocks > 1) {
-        pool->Run(blocks, block);
-    } else {
-        for (std::size_t b = 0; b < blocks; ++b) block(b, 0);
-    }
+    HostServices::run(HostServices::workerPool(), blocks, block);
     std::uint64_t k = 0;
     for (std::uint64_t c : atLeast) k += c;
     return (static_cast<double>(k) + 1.0) / (static_cast<double>(replicates_) + 1.0);

@@ -24,9 +24,6 @@ public:
     // On `pool`; null, or a pool of one worker, means the calling thread.
     explicit DistanceCorrObservedPasses(WorkerPool* pool);
 
-    // The host's worker pool when it offers one with more than one worker, else null.
-    static WorkerPool* hostPool();
-
     // Distance matrix k of column k (|x_i - x_j|); every column has the same length n >= 1.
     void distances(const std::vector<const std::vector<double>*>& columns, const std::vector<Matrix*>& targets) const;
 

@@ -116,7 +116,7 @@ void DistanceCorrAlgo::permutationTest(const Matrix& data, const std::vector<dou
     // where it offers them; each permutation still uses its own numbers of
     // the stream, so the results do not depend on the number of threads.
     WorkerPool* pool = HostServices::workerPool();
-    const unsigned workers = pool != nullptr ? std::max(1u, pool->GetThreadCount()) : 1;
+    const unsigned workers = HostServices::workerCount();
     const std::uint64_t blocks = DistanceCorrPermutationSchedule::blocksPerPair(pairs, workers);
     std::vector<DistanceCorrPermutationPair> pairList;
     pairList.reserve(pairs);

@@ -85,23 +85,14 @@ void divideByCells(std::size_t n, const std::vector<double>& sums, std::vector<d
 
 }  // namespace
 
-DistanceCorrObservedPasses::DistanceCorrObservedPasses() : DistanceCorrObservedPasses(hostPool()) {}
+DistanceCorrObservedPasses::DistanceCorrObservedPasses() : DistanceCorrObservedPasses(HostServices::workerPool()) {}
 
 DistanceCorrObservedPasses::DistanceCorrObservedPasses(WorkerPool* pool)
     : pool_(pool != nullptr && pool->GetThreadCount() > 1 ? pool : nullptr),
       workers_(pool_ != nullptr ? pool_->GetThreadCount() : 1) {}
 
-WorkerPool* DistanceCorrObservedPasses::hostPool() {
-    WorkerPool* pool = HostServices::workerPool();
-    return pool != nullptr && pool->GetThreadCount() > 1 ? pool : nullptr;
-}
-
 void DistanceCorrObservedPasses::run(std::size_t count, const std::function<void(std::size_t)>& task) const {
-    if (pool_ != nullptr && count > 1) {
-        pool_->Run(count, [&task](std::size_t t, unsigned) { task(t); });
-    } else {
-        for (std::size_t t = 0; t < count; ++t) task(t);
-    }
+    HostServices::run(pool_, count, [&task](std::size_t t, unsigned) { task(t); });
 }
 
 DistanceCorrMatrixStorage DistanceCorrObservedPasses::reserve(const std::vector<Matrix*>& targets,
